@@ -1,0 +1,59 @@
+#pragma once
+
+#include <deque>
+#include <initializer_list>
+#include <vector>
+
+#include "visual/Visual.h"
+#include "visual/VrnVisualApi.h"
+
+namespace vrn::visual {
+
+/// Breadth-first walk over a subtree of visuals:
+///
+///     for (VisualIterator it(part, /*includeAttached=*/false); it.next();) use(it.value());
+///
+/// Children that are attached or stop walks are left out, with all below them, unless the flag asks for
+/// them. The tree may be changed below the current visual only before next() is called. Thread: render.
+class VRN_VISUAL_API VisualIterator {
+public:
+    /// A null `start` gives an empty walk.
+    VisualIterator(Visual* start, bool includeAttachedIn);
+
+    /// Moves to the next visual; false when there is none left.
+    bool next();
+    /// The current visual; null before the first next().
+    [[nodiscard]] Visual* value() const { return current; }
+
+private:
+    std::deque<Visual*> pending;
+    Visual* current = nullptr;
+    bool includeAttached;
+};
+
+/// The same walk over several starting visuals, taking every child. `Node` needs getChildren().
+/// The children of the current visual are listed when next() leaves it, so what the loop body adds or
+/// removes below it is seen.
+template <class Node>
+class ForestIterator {
+public:
+    explicit ForestIterator(Node* start) : pending{} {
+        if (start) pending.push_back(start);
+    }
+    explicit ForestIterator(const std::vector<Node*>& starts) : pending(starts.begin(), starts.end()) {}
+
+    bool next() {
+        if (pending.empty()) return false;
+        current = pending.front();
+        pending.pop_front();
+        for (Node* child : current->getChildren()) pending.push_back(child);
+        return true;
+    }
+    [[nodiscard]] Node* value() const { return current; }
+
+private:
+    std::deque<Node*> pending;
+    Node* current = nullptr;
+};
+
+}  // namespace vrn::visual

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+
+#include "visual/geometry/FacetVisual.h"
+
+namespace vrn::visual {
+
+/// Shows one registered mesh: a built-in shape, a mesh of the registry, or an STL file.
+///
+/// Colours are a parameter of the visual and not of the mesh, so visuals that share a mesh keep separate
+/// colours. Thread: render.
+class VRN_VISUAL_API MeshVisual : public FacetVisual {
+public:
+    /// A free-standing mesh visual under `parent`, named `name` followed by its transient id.
+    MeshVisual(const std::string& name, Visual* parent);
+    /// For a model body.
+    MeshVisual(Visual* parent, sdf::SdfNode* modelNode);
+    ~MeshVisual() override;
+
+    /// An STL body of the model: geometry URI, colour, material and "detectable" are read from it, absent
+    /// ones being detectable and the material "Body"; entered in the registry and in the selection.
+    /// Throws what reading the file throws, and leaves the visual in the registry then, without a picture.
+    static MeshVisual* Build(Visual* parent, sdf::SdfNode* modelNode);
+    /// The built-in arrow at `position` along `direction` (need not be of unit length), in the frame of
+    /// `parent`; scaled by the scene's arrow size level. Throws std::overflow_error for a zero direction.
+    static MeshVisual* BuildArrow(Visual* parent, const rob::PosTemplate<float>& position,
+                                  const rob::DirTemplate<float>& direction);
+
+    /// Shows the mesh `name`: a built-in one, a registered one, or else an STL file to be read. What was
+    /// shown before goes. Throws "Not stl file" and the reader's other errors, and shows nothing then.
+    void attachMesh(const std::string& name);
+
+    void setColor(const rob::ColorTemplate<float>& color, float alpha);
+    /// A hash sign and six hexadecimal digits. Throws std::invalid_argument or std::out_of_range.
+    void setColor(const std::string& hexColor);
+
+    std::optional<Visual*> copy(Visual* parent) override;
+    std::uint32_t getBodiesNum() override;
+    std::uint32_t getFacesNum() override;
+    std::uint32_t getTrianglesNum() override;
+    std::uint32_t getVerticesNum() override;
+    void resetColor() override;
+    void setBodyColor(const rob::ColorTemplate<float>& color, float alpha) override;
+    [[nodiscard]] Ogre::Entity* getEntity() const override;
+    [[nodiscard]] std::string getMeshName() const override;
+
+private:
+    void showMesh(const std::string& name);
+    void destroyEntity();
+
+    std::string meshName;
+    Ogre::Entity* entity = nullptr;
+};
+
+}  // namespace vrn::visual
