@@ -14,7 +14,8 @@ namespace vrn::visual {
 ///     for (VisualIterator it(part, /*includeAttached=*/false); it.next();) use(it.value());
 ///
 /// Children that are attached or stop walks are left out, with all below them, unless the flag asks for
-/// them. The tree may be changed below the current visual only before next() is called. Thread: render.
+/// them. next() notes the children of the visual it moves to: the tree must not lose any of them before
+/// they are reached. Thread: render.
 class VRN_VISUAL_API VisualIterator {
 public:
     /// A null `start` gives an empty walk.
@@ -32,12 +33,10 @@ private:
 };
 
 /// The same walk over several starting visuals, taking every child. `Node` needs getChildren().
-/// The children of the current visual are listed when next() leaves it, so what the loop body adds or
-/// removes below it is seen.
 template <class Node>
 class ForestIterator {
 public:
-    explicit ForestIterator(Node* start) : pending{} {
+    explicit ForestIterator(Node* start) {
         if (start) pending.push_back(start);
     }
     explicit ForestIterator(const std::vector<Node*>& starts) : pending(starts.begin(), starts.end()) {}

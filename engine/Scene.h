@@ -1,0 +1,305 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <OgreColourValue.h>
+#include <TopoDS_Edge.hxx>
+
+#include "engine/SceneSettings.h"
+#include "suite/rob/PoseTypes.h"
+#include "visual/VisualStateManager.h"
+#include "visual/VisualType.h"
+#include "visual/VrnVisualApi.h"
+
+namespace Ogre {
+class InstanceManager;
+class SceneManager;
+}  // namespace Ogre
+
+namespace vrn::sdf {
+class SdfNode;
+}
+
+namespace vrn::visual {
+
+class Camera;
+class GuiVisual;
+class Grid;
+class SolidVisual;
+class UVIndicatorVisual;
+class Visual;
+
+/// The one object through which a host changes what the viewport shows, from any thread.
+///
+/// Nearly every public operation packs its arguments into a closure and posts it; the host's render thread
+/// runs the closures in the order of posting:
+///
+///     // any thread                              // render thread, each frame
+///     Scene::Get()->setVisualPose(id, pose);     Scene::Get()->processMsgs();
+///                                                VisualSelection::Get()->update();
+///                                                gRenderEngine->root->renderOneFrame();
+///
+/// Thread words: "any" posts (or is guarded), "render" touches the scene at once, "caller" works on the
+/// calling thread and assumes that one interactive thread does so. Raw pointers given to a posting
+/// operation must live until its task has run. Where an operation looks an id up strictly, an unknown one
+/// throws std::out_of_range with the text "unordered_map::at": on the caller, or out of processMsgs when
+/// the look-up stands in the task.
+class VRN_VISUAL_API Scene {
+public:
+    /// One unit of the queue: a key to coalesce by, 0 for none, and what to run.
+    struct RenderTask {
+        unsigned long key;
+        std::function<void()> fn;
+    };
+
+    /// What the viewport draws of solids: filled faces, their edges, or all triangles as wires.
+    enum class DisplayMode : std::int32_t { Shaded = 0, ShadedWithEdges = 1, EdgesOnly = 2, TriangleWires = 3 };
+
+    enum class VisualCollisionState : std::int32_t { None = 0, GroupA = 1, GroupB = 2 };
+
+    /// An edge of a visual; null when `visual` is.
+    struct VisEdge {
+        Visual* visual = nullptr;
+        TopoDS_Edge edge;
+
+        [[nodiscard]] bool isNull() const { return visual == nullptr; }
+        void clear() {
+            visual = nullptr;
+            edge.Nullify();
+        }
+    };
+
+    /// A face of a solid by its 1-based index; null when `solid` is.
+    struct VisFace {
+        SolidVisual* solid = nullptr;
+        std::uint32_t faceIndex = 0;
+
+        [[nodiscard]] bool isNull() const { return solid == nullptr; }
+        bool operator==(const VisFace&) const = default;
+        void clear() { *this = VisFace{}; }
+    };
+
+    // --- what the library's own classes read; thread: render ---
+    std::unordered_map<std::uint32_t, Visual*> visuals;      ///< every addressable visual
+    std::unordered_map<std::uint32_t, Visual*> tempVisuals;  ///< those of addTempVisual
+    SceneSettings settings;
+    std::string name;
+    Ogre::SceneManager* sceneManager = nullptr;
+    /// The managers of frame and arrow instances, by the names that the visuals use.
+    std::unordered_map<std::string, Ogre::InstanceManager*> instanceManagers;
+    Visual* root = nullptr;            ///< the world visual, parent of what has no other
+    GuiVisual* attachedGui = nullptr;  ///< the handle attached to a visual; null for none
+    Grid* grid = nullptr;              ///< null until setGrid(true)
+    std::unique_ptr<VisualStateManager> stateManager;
+
+    // --- life cycle ---
+    /// Null before Init. Thread: any.
+    static Scene* Get() { return Instance; }
+    /// Makes the scene, its camera "camera0", the world frame and the lights. Thread: render.
+    static void Init(const SceneSettings& settingsIn);
+    /// A camera on a node of its own, both named `cameraName`. Thread: render.
+    Camera* createCamera(const std::string& cameraName);
+
+    // --- the queue ---
+    /// Appends a task and signals broker::SignalBroker::updateScene. With a key other than 0, every waiting
+    /// task of that key goes, and the new one runs after all that waits. An empty `fn` is stored and makes
+    /// processMsgs throw std::bad_function_call. Handlers of the signal must not post on the same thread.
+    /// Thread: any.
+    void addRenderTask(std::function<void()>&& fn, unsigned long key);
+    /// Adds work that runs at the end of the next station load. Thread: the one that calls LoadStation,
+    /// before it does.
+    void addLoadTask(std::function<void()> fn);
+    /// Runs the tasks that wait now, in order; what they post runs next time. A task that throws ends the
+    /// batch: the exception goes to the host and the tasks behind it are lost. Signals updateScene once if a
+    /// task or setting asked for a further frame. Thread: render.
+    void processMsgs();
+    /// Asks for one updateScene signal at the end of the next batch. Thread: any.
+    void requestUpdate() { needsUpdate = true; }
+
+    // --- scene set-up; thread: render unless said otherwise ---
+    void setAmbientLight(const Ogre::ColourValue& colour);
+    /// Lights are numbered 1 to 4; any other index throws Ogre::ItemIdentityException on the caller. The
+    /// direction is taken as it stands, whichever axis is up; one of zero length is ignored. Each of these
+    /// signals updateScene.
+    void setLightDir(int index, float x, float y, float z);
+    void setLightEnable(int index, bool on);
+    void setLightDiffuse(int index, float r, float g, float b);
+    void setLightSpecular(int index, float r, float g, float b);
+    /// Switches the outline round selected bodies. Does nothing before the camera has a viewport or without
+    /// the compositor "BorderHighlight".
+    void setBorderHighlightEnabled(bool on);
+    /// Makes the grid of 20 cells of 1000 once; false does nothing.
+    void setGrid(bool on);
+
+    // --- settings; thread: any ---
+    /// Turns grid and camera to another vertical: 0 X, 1 Y, 2 Z; the setting is stored on the caller.
+    void setGridNormalDir(int dir);
+    void setDisplayMode(DisplayMode mode);
+    /// Resizes the visuals of one kind and remembers the size for later ones of it, but only if there is
+    /// one now: with none in the scene nothing changes. Tcp frames are remembered in `frameSize`.
+    void setFrameSize(unsigned int size, VisualType type);
+    void setArrowSizeLevel(unsigned int level);
+    void setHandleScale(float scale);
+    void setDrawPathArrow(bool on);
+    void setDrawTargetVisual(bool on);
+    void setDrawTargetZAxisOnly(bool on);
+    void cleanupInstanceBatches();
+
+    // --- station; thread: any ---
+    /// Shows the station that layout::Layout holds, then hides what its visibilities() name.
+    void LoadStation();
+    void addPart(sdf::SdfNode* modelNode);
+    void addAssembly(sdf::SdfNode* modelNode);
+    void addFrame(sdf::SdfNode* modelNode);
+    void addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose);
+    void removeVisual(std::uint32_t id);
+    void removeTempVisual(std::uint32_t id);
+    void attachVisual(std::uint32_t parentId, Visual* visual);
+    /// Under the root, with its local pose kept.
+    void detachVisual(Visual* visual);
+    void reparentVisual(std::uint32_t id, std::uint32_t parentId);
+    /// To `parentId`, 0 meaning the root, and to `worldPose` there.
+    void moveVisualToParent(std::uint32_t id, std::uint32_t parentId,
+                            const rob::PoseTemplate<float>& worldPose);
+    void addAttachment(std::uint32_t childId, std::uint32_t parentId,
+                       const rob::PoseTemplate<double>& pose);
+    void deleteAttachment(std::uint32_t childId, std::uint32_t oldParentId, std::uint32_t newParentId,
+                          const rob::PoseTemplate<double>& pose);
+
+    // --- poses; thread: any ---
+    void setVisualPose(std::uint32_t id, const rob::PoseTemplate<float>& pose);
+    void setVisualPose(Visual* visual, const rob::PoseTemplate<float>& pose);
+    void setVisualWorldPose(std::uint32_t id, const rob::PoseTemplate<float>& pose);
+    void setVisualWorldPose(Visual* visual, const rob::PoseTemplate<float>& pose);
+    /// Lists of unequal length throw std::invalid_argument on the caller.
+    void setVisualsOrientations(const std::vector<std::uint32_t>& ids,
+                                const std::vector<rob::OrientTemplate<double>>& orientations);
+    /// Moves the visual's own origin from the frame `oldOrigin` to `newOrigin`, both in the world, while its
+    /// children stay where they are.
+    void setLocalOrigin(std::uint32_t id, const rob::PoseTemplate<float>& oldOrigin,
+                        const rob::PoseTemplate<float>& newOrigin);
+    void setCameraPose(const rob::PoseTemplate<float>& worldPose);
+
+    // --- visibility; thread: any ---
+    /// Does nothing for an id that the model does not know.
+    void setVisualVisible(std::uint32_t id, bool show);
+    void setFrameVisualVisible(bool show);
+    void setTcpVisualVisible(bool show);
+    /// The only one of the four that goes down into the children.
+    void setWObjVisualVisible(bool show);
+    void setTargetVisualVisible(bool show);
+
+    // --- highlight and selection; thread: any for the posts, caller for the bookkeeping ---
+    /// Highlights a visual in place of what is highlighted now; what is selected is left alone. Null clears.
+    void setVisualHighlighted(Visual* visual);
+    void setVisualHighlighted(std::uint32_t id);
+    void clearHighlightedVisual();
+    void clearHighlightedBody();
+    /// Selects one visual, or several, in place of the selection so far, and turns the outline on. An id
+    /// without a visual of its own is looked up in the model: a task selects its paths, its tools, work
+    /// objects and joint targets, and its robot.
+    void setVisualSelected(std::uint32_t id);
+    void setVisualSelected(Visual* visual);
+    void setVisualsSelected(const std::vector<std::uint32_t>& ids);
+    void clearSelectedVisuals();
+    void clearSelections();
+    /// True if the visual or one of its ancestors up to the first top-level one is selected. Thread: caller.
+    [[nodiscard]] bool isSelected(const Visual* visual) const;
+
+    // --- materials and collision; thread: any; ids are looked up strictly on the caller ---
+    void bodyVisualUseMaterial(std::uint32_t id, const std::string& materialName);
+    void bodyVisualUseDefaultMaterial(std::uint32_t id);
+    void setVisualCollisionEmphasizeState(std::uint32_t id, VisualCollisionState state);
+    void clearVisualCollisionEmphasizeState(std::uint32_t id);
+    /// Marks the bodies of a visual as in contact, or no longer.
+    void setCollision(std::uint32_t id, bool on);
+    /// Marks the bodies of several visuals as near misses, or no longer, in one post.
+    void setCollisionHighlights(const std::vector<std::uint32_t>& ids, bool on);
+    void clearAllCollisionContacts();
+
+    // --- colours; thread: any ---
+    /// Breadth-first from the visual, on each solid and mesh. `alpha` is 1 for opaque.
+    void setVisualColor(std::uint32_t id, const rob::ColorTemplate<float>& color, float alpha);
+    void setVisualColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha);
+    void resetColor(std::uint32_t id);
+    void resetColor(Visual* visual);
+
+    // --- helpers of the library's own builders; thread: render ---
+    void addTempVisual(Visual* visual);
+    /// Deletes a visual with all below it. Silent for one that stands in no map.
+    void deleteVisual(Visual* visual);
+    /// The visual that a model object hangs under: that of its parent id, or the root when the id is 0, the
+    /// station logic's, or no visual's.
+    [[nodiscard]] Visual* resolveParentVisual(const sdf::SdfNode* modelNode) const;
+
+private:
+    explicit Scene(std::string sceneName);
+    void createInstanceManagers();
+    void createLights();
+    void postToVisual(std::uint32_t id, std::function<void(Visual*)> action);
+
+    void doLoadStation();
+    void doRestoreCamera();
+    void drainLoadTasks();
+    void doRemoveVisual(std::uint32_t id);
+    void rescueAttachedGui(const Visual* removed);
+    void forget(const Visual* visual);
+    void doRemoveTempVisual(std::uint32_t id);
+    void doMoveVisualToParent(std::uint32_t id, std::uint32_t parentId,
+                              const rob::PoseTemplate<float>& worldPose);
+    void doAddAttachment(std::uint32_t childId, std::uint32_t parentId,
+                         const rob::PoseTemplate<double>& pose);
+    void doDeleteAttachment(std::uint32_t childId, std::uint32_t newParentId,
+                            const rob::PoseTemplate<double>& pose);
+    void doSetLocalOrigin(std::uint32_t id, const rob::PoseTemplate<float>& oldOrigin,
+                          const rob::PoseTemplate<float>& newOrigin);
+    void doSetVisible(const std::function<bool(const Visual*)>& predicate, bool show);
+    void doSetVisualVisible(std::uint32_t id, bool show);
+    void doSetTypeVisible(VisualType type, bool show, bool cascade);
+    void doSetFramesSize(unsigned int size, VisualType type);
+    void doSetArrowSizeLevel(unsigned int level);
+    void doSetDisplayMode(DisplayMode mode);
+    void doSelectVisual(std::uint32_t id);
+    void doSelectModelObject(std::uint32_t id);
+    void doClearSelectedVisuals();
+    void doSetLayer(Visual* visual, VisualStateLayer layer, bool on, const std::string& materialName = {});
+    void doSetColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha);
+    void doResetColor(Visual* visual);
+
+    static Scene* Instance;
+
+    std::mutex taskMutex;  ///< guards renderTasks and nothing else
+    std::deque<RenderTask> renderTasks;
+    std::deque<std::function<void()>> loadTasks;
+    Visual* copiedVisual = nullptr;
+    Visual* highlightedVisual = nullptr;
+    VisEdge highlightedEdge;
+    std::optional<Visual*> highlightedEdgeVisual;
+    VisFace highlightedFace;
+    std::list<VisFace> selectedFaces;
+    std::vector<std::uint32_t> selectedVisuals;  ///< in order of selection
+    std::uint32_t gridCells = 0, gridCellSize = 0;
+    Visual* previewedJoint = nullptr;
+    std::unordered_map<std::uint32_t, Visual*> previewedFrames;
+    std::vector<Visual*> polylines;
+    std::vector<Visual*> dimensions;
+    // The operations of these names are why the fields end in an underscore.
+    std::vector<Visual*> previewCurves_;
+    std::vector<Visual*> previewPoints_;
+    std::vector<Visual*> previewFaces_;
+    UVIndicatorVisual* uvIndicator = nullptr;
+    /// Set from two threads, so atomic: a frame has to follow the next batch.
+    std::atomic<bool> needsUpdate{false};
+};
+
+}  // namespace vrn::visual

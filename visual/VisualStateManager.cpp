@@ -1,0 +1,89 @@
+#include "visual/VisualStateManager.h"
+
+#include <array>
+#include <vector>
+
+#include "visual/Visual.h"
+
+namespace vrn::visual {
+
+namespace {
+
+constexpr std::uint32_t Bit(VisualStateLayer layer) { return static_cast<std::uint32_t>(layer); }
+
+// From what matters most down; group A goes before group B, against the order of their numbers.
+constexpr std::array priority{VisualStateLayer::Selected,        VisualStateLayer::Highlighted,
+                              VisualStateLayer::Contact,         VisualStateLayer::NearMiss,
+                              VisualStateLayer::EmphasizeGroupA, VisualStateLayer::EmphasizeGroupB,
+                              VisualStateLayer::Material};
+
+}  // namespace
+
+void VisualStateManager::LayerState::clear(VisualStateLayer layer) {
+    mask &= ~Bit(layer);
+    materials.erase(layer);
+}
+
+void VisualStateManager::setLayer(Visual* visual, VisualStateLayer layer, bool on,
+                                  const std::string& name) {
+    if (on) {
+        LayerState& state = states[visual];
+        state.mask |= Bit(layer);
+        if (!name.empty()) state.materials[layer] = name;
+        return;
+    }
+    const auto found = states.find(visual);
+    if (found == states.end()) return;
+    found->second.clear(layer);
+    if (found->second.isEmpty()) states.erase(found);
+}
+
+void VisualStateManager::refresh(Visual* visual) {
+    visual->clearHighlightOrSelect();
+    const auto found = states.find(visual);
+    if (found != states.end()) show(visual, found->second);
+}
+
+void VisualStateManager::show(Visual* visual, const LayerState& state) {
+    switch (pickTopLayer(state.mask)) {
+        case VisualStateLayer::Selected: return visual->setSelected();
+        case VisualStateLayer::Highlighted: return visual->setHighlighted();
+        case VisualStateLayer::Contact: return visual->useMaterial("CollisionContact");
+        case VisualStateLayer::NearMiss: return visual->useMaterial("CollisionNearMiss");
+        case VisualStateLayer::EmphasizeGroupA: return visual->useMaterial("EmphasizeCollisionGroupA");
+        case VisualStateLayer::EmphasizeGroupB: return visual->useMaterial("EmphasizeCollisionGroupB");
+        case VisualStateLayer::Material: {
+            const auto name = state.materials.find(VisualStateLayer::Material);
+            if (name != state.materials.end()) return visual->useMaterial(name->second);
+            return visual->resetAppearance();
+        }
+        case VisualStateLayer::None: return visual->resetAppearance();
+    }
+}
+
+bool VisualStateManager::hasLayer(const Visual* visual, VisualStateLayer layer) const {
+    const auto found = states.find(visual);
+    return found != states.end() && (found->second.mask & Bit(layer)) != 0;
+}
+
+void VisualStateManager::clearLayer(VisualStateLayer layer) {
+    // Gathered first: a refresh runs a visual's own code, which must not meet the map half walked.
+    std::vector<Visual*> concerned;
+    for (auto& [visual, state] : states)
+        if (state.mask & Bit(layer)) concerned.push_back(const_cast<Visual*>(visual));
+    for (Visual* visual : concerned) {
+        states[visual].clear(layer);
+        refresh(visual);
+    }
+    std::erase_if(states, [](const auto& entry) { return entry.second.isEmpty(); });
+}
+
+void VisualStateManager::remove(const Visual* visual) { states.erase(visual); }
+
+VisualStateLayer VisualStateManager::pickTopLayer(unsigned int mask) {
+    for (const VisualStateLayer layer : priority)
+        if (mask & Bit(layer)) return layer;
+    return VisualStateLayer::None;
+}
+
+}  // namespace vrn::visual
