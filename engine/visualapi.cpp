@@ -1,0 +1,62 @@
+#include "engine/visualapi.h"
+
+#include <cstdlib>
+#include <format>
+#include <stdexcept>
+
+#include <gp_Quaternion.hxx>
+#include <gp_Trsf.hxx>
+#include <OgreException.h>
+#include <OgreRoot.h>
+
+#include "engine/RenderEngine.h"
+#include "engine/Scene.h"
+#include "engine/SceneSettings.h"
+#include "mesh/MeshManager.h"
+#include "suite/common/AppLogger.h"
+
+namespace vrn::visual {
+
+namespace {
+
+// The viewport cannot run without its render system and window: there is no partial mode.
+template <class Step>
+void RunOrAbort(Step step) {
+    try {
+        step();
+    } catch (const Ogre::Exception& error) {
+        AppLogger::inst()->error(std::format("{}", error.what()));
+        std::abort();
+    }
+}
+
+}  // namespace
+
+void Init(int width, int height, const SceneSettings& settings) {
+    if (gRenderEngine) throw std::logic_error("vrn::visual::Init runs once in a process");
+    if (width <= 0 || height <= 0)
+        throw std::invalid_argument(
+            std::format("the window needs a size above 0, not {} x {}", width, height));
+    RunOrAbort([&] {
+        gRenderEngine = new RenderEngine;
+        gRenderEngine->load();
+        gRenderEngine->root->createRenderWindow("ogrewindow", static_cast<unsigned>(width),
+                                                static_cast<unsigned>(height), /*fullScreen=*/false,
+                                                nullptr);
+    });
+    RunOrAbort([] { gRenderEngine->init(); });
+    gMeshMgr = new MeshManager;
+    Scene::Init(settings);
+    Scene::Get()->setGrid(true);
+}
+
+void ReleaseResources() {}
+
+rob::PoseTemplate<float> GP_Trsf2Posef(const gp_Trsf& transformation) {
+    const gp_XYZ& p = transformation.TranslationPart();
+    const gp_Quaternion q = transformation.GetRotation();
+    return rob::PoseTemplate<float>(rob::PoseTemplate<double>(
+        {p.X(), p.Y(), p.Z()}, {q.W(), q.X(), q.Y(), q.Z()}));
+}
+
+}  // namespace vrn::visual
