@@ -22,6 +22,7 @@ constexpr float parallelLimit = 0.001f;
 /// The slab test shared by rays and lines. The comparisons are written so that NaN ends in a miss.
 bool MeetsSlabs(const Box& box, const Pos& origin, const rob::DirTemplate<float>& direction,
                 float farLimit) {
+    if (std::isnan(farLimit)) return false;
     float nearLimit = 0.0f;
     for (unsigned axis = 0; axis < 3; ++axis) {
         const float o = component(origin, axis), d = component(direction, axis);
