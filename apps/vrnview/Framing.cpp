@@ -1,0 +1,140 @@
+#include "apps/vrnview/Framing.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace vrn::host {
+
+namespace {
+
+using Pos = rob::PosTemplate<double>;
+using Vec = rob::Vec3Template<double>;
+
+/// How much of the half picture the scene may take.
+constexpr double filled = 0.92;
+
+/// The picture's axes in the world.
+struct ViewAxes {
+    Vec right, up, forward;
+};
+
+ViewAxes AxesOf(StandardView view) {
+    const auto axes = [](const Vec& forward, const Vec& up) {
+        const Vec right = forward.cross(up).normalized();
+        return ViewAxes{right, right.cross(forward).normalized(), forward.normalized()};
+    };
+    switch (view) {
+        case StandardView::Front:
+            return axes({0, 1, 0}, {0, 0, 1});
+        case StandardView::Back:
+            return axes({0, -1, 0}, {0, 0, 1});
+        case StandardView::Left:
+            return axes({1, 0, 0}, {0, 0, 1});
+        case StandardView::Right:
+            return axes({-1, 0, 0}, {0, 0, 1});
+        case StandardView::Top:
+            return axes({0, 0, -1}, {0, 1, 0});
+        // As in a drawing, the view from below is the front view tilted up: +X stays to the right.
+        case StandardView::Bottom:
+            return axes({0, 0, 1}, {0, -1, 0});
+        case StandardView::Iso:
+            break;
+    }
+    return axes({-1, 1, -1}, {0, 0, 1});
+}
+
+std::vector<Pos> CornersOf(const Bounds& box) {
+    std::vector<Pos> corners;
+    const Pos a = box.getMin(), b = box.getMax();
+    for (const double x : {a.x, b.x})
+        for (const double y : {a.y, b.y})
+            for (const double z : {a.z, b.z}) corners.push_back({x, y, z});
+    return corners;
+}
+
+/// What the two planes of the frustum that face along one picture axis ask of the camera.
+struct Fit {
+    double tangent;                                             ///< of the half angle
+    double highest = -std::numeric_limits<double>::infinity();  ///< of across + tangent * towards
+    double lowest = std::numeric_limits<double>::infinity();    ///< of across - tangent * towards
+
+    /// `across`: along the picture axis; `towards`: towards the camera. Both from the scene's
+    /// centre.
+    void add(double across, double towards) {
+        highest = std::max(highest, across + tangent * towards);
+        lowest = std::min(lowest, across - tangent * towards);
+    }
+    /// How far from the centre both planes just touch the scene, and where across the camera is
+    /// then.
+    [[nodiscard]] double distance() const { return (highest - lowest) / (2 * tangent); }
+    [[nodiscard]] double across() const { return (highest + lowest) / 2; }
+};
+
+/// Sizes below this, against the coordinates' own, are lost to rounding.
+double SmallestRadius(const Bounds& bounds) {
+    const Pos c = bounds.getCentre();
+    return std::max(1e-6, 1e-6 * std::max({std::abs(c.x), std::abs(c.y), std::abs(c.z)}));
+}
+
+Bounds FallbackBounds(const Bounds& furniture) {
+    if (furniture.isEmpty()) return {{-1, -1, -1}, {1, 1, 1}};
+    const Pos c = furniture.getCentre();
+    const double r = furniture.getRadius() / 5;
+    return {{c.x - r, c.y - r, c.z}, {c.x + r, c.y + r, c.z}};
+}
+
+}  // namespace
+
+const std::vector<std::string_view>& StandardViewNames() {
+    static const std::vector<std::string_view> names{"iso",   "front", "back",  "left",
+                                                     "right", "top",   "bottom"};
+    return names;
+}
+
+CameraPlacement FrameBoxes(std::span<const Bounds> boxes, const Bounds& furniture,
+                           StandardView view, const FieldOfView& fov) {
+    std::vector<Pos> corners;
+    Bounds whole;
+    const auto take = [&](const Bounds& box) {
+        if (box.isEmpty()) return;
+        whole.add(box);
+        for (const Pos& corner : CornersOf(box)) corners.push_back(corner);
+    };
+    for (const Bounds& box : boxes) take(box);
+    if (whole.isEmpty()) take(FallbackBounds(furniture));
+
+    const ViewAxes axes = AxesOf(view);
+    const Pos centre = whole.getCentre();
+    const double radius = std::max(whole.getRadius(), SmallestRadius(whole));
+    const double tangent = std::tan(fov.horizontalRad / 2);
+    Fit sideways{filled * tangent}, upright{filled * tangent / fov.aspect};
+    double nearest = -radius, farthest = radius;  // towards the camera, from the centre
+    for (const Pos& corner : corners) {
+        const Vec offset = corner - centre;
+        const double towards = -offset.dot(axes.forward);
+        sideways.add(offset.dot(axes.right), towards);
+        upright.add(offset.dot(axes.up), towards);
+        nearest = std::max(nearest, towards);
+        farthest = std::min(farthest, towards);
+    }
+    // A line along the view direction or a single point would put the camera into the scene.
+    const double distance =
+        std::max({sideways.distance(), upright.distance(), nearest + 0.5 * radius});
+    const Vec eye =
+        axes.right * sideways.across() + axes.up * upright.across() - axes.forward * distance;
+
+    CameraPlacement placement;
+    placement.pose.position = centre + eye;
+    placement.pose.rotation =
+        rob::RotationTemplate<double>::FromAxes(axes.right, axes.up, -axes.forward);
+    placement.nearClip = (distance - nearest) / 2;
+    double depth = distance - farthest;
+    for (const Pos& corner : CornersOf(furniture))
+        depth = std::max(depth, (corner - placement.pose.position).dot(axes.forward));
+    placement.farClip = depth * 1.1;
+    return placement;
+}
+
+}  // namespace vrn::host

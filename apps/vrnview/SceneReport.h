@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "apps/vrnview/Bounds.h"
+
+namespace vrn::visual {
+class Visual;
+}
+
+namespace vrn::host {
+
+struct Counts {
+    std::uint64_t bodies = 0, faces = 0, triangles = 0, vertices = 0, points = 0;
+
+    Counts& operator+=(const Counts& o);
+    friend bool operator==(const Counts&, const Counts&) = default;
+};
+
+/// One input: what it holds, or why it was not read.
+struct InputReport {
+    std::string file;
+    std::string error;  ///< empty if the file was read
+    double ms = 0;      ///< from the first look at the file until its visuals stood
+    Counts counts;
+
+    [[nodiscard]] bool isOk() const { return error.empty(); }
+};
+
+struct VisualReport {
+    std::uint32_t id = 0;
+    std::int32_t type = 0;  ///< the number of its VisualType
+    std::string name;
+    std::vector<VisualReport> children;
+};
+
+struct SceneReport {
+    std::vector<InputReport> inputs;
+    Counts totals;
+    Bounds bounds;                      ///< of bodies, meshes and points
+    std::vector<VisualReport> visuals;  ///< what stands under the world visual
+};
+
+/// What `visual` and all below it hold. Thread: render.
+[[nodiscard]] Counts CountsOf(visual::Visual& visual);
+/// World boxes of the bodies, meshes and points at and below `visual`, one each, no empty ones.
+/// Takes the poses as they are now. Thread: render.
+[[nodiscard]] std::vector<Bounds> BoxesOf(const visual::Visual& visual);
+/// Thread: render.
+[[nodiscard]] VisualReport TreeOf(const visual::Visual& visual);
+
+}  // namespace vrn::host
