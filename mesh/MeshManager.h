@@ -22,9 +22,9 @@ class PaintMesh;
 /// meshes that visuals bring along and delete. The manager owns what it stores. Like the other singletons it
 /// lives until the process ends. Thread: render, all of it, unless an operation says otherwise.
 ///
-/// What an upload refuses with std::invalid_argument, before it changes anything: normals or colours that
-/// are neither absent nor one a vertex, an index without a vertex, a number of indices that is not a multiple
-/// of three, and a null pointer. What Ogre throws passes through.
+/// What an upload refuses with std::invalid_argument, before it changes anything: a null pointer, normals or
+/// colours that are neither absent nor one a vertex, an index without a vertex. What Ogre throws passes
+/// through. One or two indices too many at the end are uploaded and draw nothing.
 class VRN_VISUAL_API MeshManager {
 public:
     /// Needs a running Ogre with a window: builds and uploads the global meshes.
@@ -124,7 +124,7 @@ private:
     void createDragHandleMesh();
     void createDragHandle();
     void createArrowMeshes();
-    void createVectorHandleMeshes();
+    void createHandleMeshes();
     void createUvIndicator();
     void createFrameOgreMesh(const std::string& name);
 
