@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <OgreColourValue.h>
@@ -246,15 +247,20 @@ private:
     explicit Scene(std::string sceneName);
     void createInstanceManagers();
     void createLights();
-    void postToVisual(std::uint32_t id, std::function<void(Visual*)> action);
+    template <class Task>
+    void post(Task task) {
+        addRenderTask(std::move(task), /*key=*/0);
+    }
+    /// Posts an action on the visual that has the id when the task runs, looked up strictly.
+    template <class Action>
+    void postToVisual(std::uint32_t id, Action action) {
+        post([this, id, action = std::move(action)] { action(visuals.at(id)); });
+    }
 
     void doLoadStation();
     void doRestoreCamera();
     void drainLoadTasks();
     void doRemoveVisual(std::uint32_t id);
-    void rescueAttachedGui(const Visual* removed);
-    void forget(const Visual* visual);
-    void doRemoveTempVisual(std::uint32_t id);
     void doMoveVisualToParent(std::uint32_t id, std::uint32_t parentId,
                               const rob::PoseTemplate<float>& worldPose);
     void doAddAttachment(std::uint32_t childId, std::uint32_t parentId,

@@ -13,6 +13,7 @@
 #include "engine/Scene.h"
 #include "engine/SceneSettings.h"
 #include "mesh/MeshManager.h"
+#include "selection/VisualSelection.h"
 #include "suite/common/AppLogger.h"
 
 namespace vrn::visual {
@@ -37,6 +38,8 @@ void Init(int width, int height, const SceneSettings& settings) {
     if (width <= 0 || height <= 0)
         throw std::invalid_argument(
             std::format("the window needs a size above 0, not {} x {}", width, height));
+    if (!selection::gVisSelection)
+        throw std::logic_error("vrn::selection::Init() must run before vrn::visual::Init()");
     RunOrAbort([&] {
         gRenderEngine = new RenderEngine;
         gRenderEngine->load();

@@ -15,7 +15,8 @@ struct SceneSettings;
 /// that thread from then on. Then give Camera::Get() its render target and run, for each frame,
 /// Scene::processMsgs(), VisualSelection::update() and one frame of gRenderEngine->root. An engine that
 /// cannot start its render system or window is logged as an error and the process aborts; other exceptions
-/// pass to the host. Throws std::logic_error on a second call, which would replace every singleton.
+/// pass to the host. Throws std::logic_error before vrn::selection::Init() and on a second call, which would
+/// replace every singleton, and std::invalid_argument for a size that is not above 0.
 VRN_VISUAL_API void Init(int width, int height, const SceneSettings& settings);
 
 /// Call once before the process ends, on the render thread, while the engine still stands. Does nothing

@@ -15,7 +15,6 @@
 
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
-#include "suite/sdf/Element.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
 
@@ -106,8 +105,7 @@ Visual::Visual(sdf::SdfNode* modelNode, Visual* parent)
     : id(modelNode->id),
       node(parent->node->createChildSceneNode(std::format("{}_{}", modelNode->name, modelNode->id))) {
     bind();
-    if (modelNode->element && modelNode->element->get("pose"))
-        setPose(Pose(modelNode->element->asPose("pose")));
+    if (modelNode->element->get("pose")) setPose(Pose(modelNode->getPose()));
 }
 
 Visual::~Visual() {

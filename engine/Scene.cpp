@@ -1,0 +1,61 @@
+#include "engine/Scene.h"
+
+#include <algorithm>
+
+#include "selection/VisualSelection.h"
+#include "suite/broker/SignalBroker.h"
+#include "visual/Visual.h"
+
+namespace vrn::visual {
+
+Scene* Scene::Instance = nullptr;
+
+void Scene::addRenderTask(std::function<void()>&& fn, unsigned long key) {
+    const std::lock_guard lock(taskMutex);
+    if (key != 0) std::erase_if(renderTasks, [key](const RenderTask& task) { return task.key == key; });
+    renderTasks.push_back({key, std::move(fn)});
+    broker::SignalBroker::updateScene();
+}
+
+void Scene::addLoadTask(std::function<void()> fn) { loadTasks.push_back(std::move(fn)); }
+
+void Scene::processMsgs() {
+    std::deque<RenderTask> batch;
+    {
+        const std::lock_guard lock(taskMutex);
+        batch.swap(renderTasks);
+    }
+    for (; !batch.empty(); batch.pop_front()) batch.front().fn();
+    if (needsUpdate.exchange(false)) broker::SignalBroker::updateScene();
+}
+
+void Scene::drainLoadTasks() {
+    // Removed only after it has returned: one that throws stays at the head.
+    for (; !loadTasks.empty(); loadTasks.pop_front()) loadTasks.front()();
+}
+
+void Scene::addTempVisual(Visual* visual) { tempVisuals[visual->id] = visual; }
+
+void Scene::deleteVisual(Visual* visual) {
+    // A copy has the id of its source, which must stay registered when the copy goes.
+    for (auto* registry : {&visuals, &tempVisuals}) {
+        const auto entry = registry->find(visual->id);
+        if (entry != registry->end() && entry->second == visual) registry->erase(entry);
+    }
+    visual->clearChildren();
+    stateManager->remove(visual);
+    selection::VisualSelection::Get()->removeCompoundObject(visual);
+    delete visual;
+}
+
+void Scene::removeVisual(std::uint32_t id) {
+    post([this, id] { doRemoveVisual(id); });
+}
+
+void Scene::doRemoveVisual(std::uint32_t id) { deleteVisual(visuals.at(id)); }
+
+void Scene::removeTempVisual(std::uint32_t id) {
+    post([this, id] { deleteVisual(tempVisuals.at(id)); });
+}
+
+}  // namespace vrn::visual

@@ -1,0 +1,217 @@
+// Highlight, selection, materials, collision marks, colours.
+
+#include <algorithm>
+
+#include <OgreSceneNode.h>
+
+#include "engine/Scene.h"
+#include "suite/sdf/SdfManager.h"
+#include "suite/task/DataItem.h"
+#include "suite/task/Operation.h"
+#include "suite/task/Task.h"
+#include "visual/VisualIterator.h"
+#include "visual/geometry/FacetVisual.h"
+
+namespace vrn::visual {
+
+namespace {
+
+bool HasPicture(const Visual* visual) { return visual->node->numAttachedObjects() > 0; }
+
+void CollectBodiesBelow(const Visual* visual, std::vector<Visual*>& bodies) {
+    for (Visual* child : visual->getChildren()) {
+        const bool isBody = child->type == VisualType::Solid || child->type == VisualType::Mesh;
+        if (isBody && HasPicture(child)) bodies.push_back(child);
+        CollectBodiesBelow(child, bodies);
+    }
+}
+
+// The bodies that a collision with `visual` marks: a solid itself, solids and meshes below it.
+void CollectBodies(Visual* visual, std::vector<Visual*>& bodies) {
+    if (visual->type == VisualType::Solid && HasPicture(visual)) bodies.push_back(visual);
+    CollectBodiesBelow(visual, bodies);
+}
+
+template <class Action>
+void ForEachBody(Visual* visual, Action action) {
+    for (ForestIterator<Visual> it(visual); it.next();)
+        if (auto* body = dynamic_cast<FacetVisual*>(it.value())) action(body);
+}
+
+}  // namespace
+
+// --- highlight
+
+void Scene::setVisualHighlighted(Visual* visual) {
+    if (visual && visual == highlightedVisual) return;
+    clearHighlightedVisual();
+    if (!visual || isSelected(visual)) return;
+    highlightedVisual = visual;
+    post([this, visual] { doSetLayer(visual, VisualStateLayer::Highlighted, true); });
+}
+
+void Scene::setVisualHighlighted(std::uint32_t id) { setVisualHighlighted(visuals.at(id)); }
+
+void Scene::clearHighlightedVisual() { clearHighlightedBody(); }
+
+void Scene::clearHighlightedBody() {
+    Visual* visual = std::exchange(highlightedVisual, nullptr);
+    if (visual) post([this, visual] { doSetLayer(visual, VisualStateLayer::Highlighted, false); });
+}
+
+// --- selection
+
+bool Scene::isSelected(const Visual* visual) const {
+    if (selectedVisuals.empty()) return false;
+    for (const Visual* v = visual; v; v = v->getParent()) {
+        if (std::find(selectedVisuals.begin(), selectedVisuals.end(), v->id) != selectedVisuals.end())
+            return true;
+        if (v->isTopLevel()) return false;
+    }
+    return false;
+}
+
+void Scene::setVisualSelected(std::uint32_t id) {
+    clearHighlightedVisual();
+    clearSelections();
+    post([this, id] {
+        doSelectVisual(id);
+        setBorderHighlightEnabled(true);
+    });
+}
+
+void Scene::setVisualSelected(Visual* visual) { setVisualSelected(visual->id); }
+
+void Scene::setVisualsSelected(const std::vector<std::uint32_t>& ids) {
+    clearHighlightedVisual();
+    clearSelections();
+    post([this, ids] {
+        for (const std::uint32_t id : ids) doSelectVisual(id);
+        setBorderHighlightEnabled(true);
+    });
+}
+
+void Scene::doSelectVisual(std::uint32_t id) {
+    const auto found = visuals.find(id);
+    if (found == visuals.end()) return doSelectModelObject(id);
+    selectedVisuals.push_back(id);
+    doSetLayer(found->second, VisualStateLayer::Selected, true);
+}
+
+// What has no visual of its own stands for the objects that it is made of.
+void Scene::doSelectModelObject(std::uint32_t id) {
+    sdf::SdfNode* object = sdf::SdfManager::inst()->at(id);
+    if (const auto* job = dynamic_cast<task::Task*>(object)) {
+        const auto selectEach = [this](const auto& items) {
+            for (const auto* item : items) doSelectVisual(item->id);
+        };
+        selectEach(job->getPaths());
+        selectEach(job->getToolDataItems());
+        selectEach(job->getWObjDataItems());
+        selectEach(job->getJointTargetDataItems());
+        if (job->getManipulatorId() != 0) doSelectVisual(job->getManipulatorId());
+    } else if (const auto* operation = dynamic_cast<task::Operation*>(object)) {
+        for (const std::uint32_t child : operation->getObjChildren()) doSelectVisual(child);
+    }
+}
+
+void Scene::clearSelections() { clearSelectedVisuals(); }
+
+void Scene::clearSelectedVisuals() {
+    post([this] {
+        doClearSelectedVisuals();
+        setBorderHighlightEnabled(false);
+    });
+}
+
+void Scene::doClearSelectedVisuals() {
+    // Emptied first: while a compound is put back it asks what is selected.
+    for (const std::uint32_t id : std::exchange(selectedVisuals, {})) {
+        const auto found = visuals.find(id);
+        if (found != visuals.end()) doSetLayer(found->second, VisualStateLayer::Selected, false);
+    }
+}
+
+void Scene::doSetLayer(Visual* visual, VisualStateLayer layer, bool on, const std::string& materialName) {
+    stateManager->setLayer(visual, layer, on, materialName);
+    stateManager->refresh(visual);
+}
+
+// --- materials
+
+void Scene::bodyVisualUseMaterial(std::uint32_t id, const std::string& materialName) {
+    Visual* visual = visuals.at(id);
+    post([this, visual, materialName] {
+        doSetLayer(visual, VisualStateLayer::Material, true, materialName);
+    });
+}
+
+void Scene::bodyVisualUseDefaultMaterial(std::uint32_t id) {
+    Visual* visual = visuals.at(id);
+    post([this, visual] { doSetLayer(visual, VisualStateLayer::Material, false); });
+}
+
+// --- collision
+
+void Scene::setVisualCollisionEmphasizeState(std::uint32_t id, VisualCollisionState state) {
+    Visual* visual = visuals.at(id);
+    post([this, visual, state] {
+        stateManager->setLayer(visual, VisualStateLayer::EmphasizeGroupA,
+                               state == VisualCollisionState::GroupA, {});
+        stateManager->setLayer(visual, VisualStateLayer::EmphasizeGroupB,
+                               state == VisualCollisionState::GroupB, {});
+        stateManager->refresh(visual);
+    });
+}
+
+void Scene::clearVisualCollisionEmphasizeState(std::uint32_t id) {
+    setVisualCollisionEmphasizeState(id, VisualCollisionState::None);
+}
+
+void Scene::setCollision(std::uint32_t id, bool on) {
+    std::vector<Visual*> bodies;
+    CollectBodies(visuals.at(id), bodies);
+    post([this, bodies, on] {
+        for (Visual* body : bodies) doSetLayer(body, VisualStateLayer::Contact, on);
+    });
+}
+
+void Scene::setCollisionHighlights(const std::vector<std::uint32_t>& ids, bool on) {
+    std::vector<Visual*> bodies;
+    for (const std::uint32_t id : ids) CollectBodies(visuals.at(id), bodies);
+    post([this, bodies, on] {
+        for (Visual* body : bodies) doSetLayer(body, VisualStateLayer::NearMiss, on);
+    });
+}
+
+void Scene::clearAllCollisionContacts() {
+    post([this] { stateManager->clearLayer(VisualStateLayer::Contact); });
+}
+
+// --- colours
+
+void Scene::setVisualColor(std::uint32_t id, const rob::ColorTemplate<float>& color, float alpha) {
+    postToVisual(id, [this, color, alpha](Visual* visual) { doSetColor(visual, color, alpha); });
+}
+
+void Scene::setVisualColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha) {
+    post([this, visual, color, alpha] { doSetColor(visual, color, alpha); });
+}
+
+void Scene::doSetColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha) {
+    ForEachBody(visual, [&](FacetVisual* body) { body->setBodyColor(color, alpha); });
+}
+
+void Scene::resetColor(std::uint32_t id) {
+    postToVisual(id, [this](Visual* visual) { doResetColor(visual); });
+}
+
+void Scene::resetColor(Visual* visual) {
+    post([this, visual] { doResetColor(visual); });
+}
+
+void Scene::doResetColor(Visual* visual) {
+    ForEachBody(visual, [](FacetVisual* body) { body->resetColor(); });
+}
+
+}  // namespace vrn::visual

@@ -1,0 +1,106 @@
+// Settings that a host changes while the application runs.
+
+#include <OgreCamera.h>
+#include <OgreInstanceManager.h>
+
+#include "engine/Scene.h"
+#include "view/Camera.h"
+#include "view/Grid.h"
+#include "visual/VisualIterator.h"
+#include "visual/station/FrameVisual.h"
+
+namespace vrn::visual {
+
+void Scene::setGridNormalDir(int dir) {
+    settings.verticalDir = dir;
+    post([this, dir] {
+        if (grid) grid->setNormalDir(static_cast<Grid::NormalDir>(dir));
+        gCamera->setVerticleDir(dir);
+    });
+}
+
+void Scene::setDisplayMode(DisplayMode mode) {
+    post([this, mode] { doSetDisplayMode(mode); });
+}
+
+void Scene::doSetDisplayMode(DisplayMode mode) {
+    const auto isSolid = [](const Visual* v) { return v->type == VisualType::Solid; };
+    const auto isWireFrame = [](const Visual* v) { return v->type == VisualType::WireFrame; };
+    gCamera->camera->setPolygonMode(mode == DisplayMode::TriangleWires ? Ogre::PM_WIREFRAME
+                                                                       : Ogre::PM_SOLID);
+    switch (mode) {
+        case DisplayMode::Shaded:
+        case DisplayMode::TriangleWires:
+            doSetVisible(isSolid, true);
+            doSetVisible(isWireFrame, false);
+            break;
+        case DisplayMode::ShadedWithEdges:
+            doSetVisible([&](const Visual* v) { return isSolid(v) || isWireFrame(v); }, true);
+            break;
+        case DisplayMode::EdgesOnly:
+            doSetVisible(isSolid, false);
+            doSetVisible(isWireFrame, true);
+            break;
+    }
+}
+
+void Scene::doSetVisible(const std::function<bool(const Visual*)>& predicate, bool show) {
+    for (ForestIterator<Visual> it(root); it.next();)
+        if (predicate(it.value())) it.value()->setVisible(show, /*cascade=*/false);
+}
+
+void Scene::setFrameSize(unsigned int size, VisualType type) {
+    post([this, size, type] { doSetFramesSize(size, type); });
+}
+
+void Scene::doSetFramesSize(unsigned int size, VisualType type) {
+    if (type != VisualType::Frame && type != VisualType::Tcp) return;
+    for (const auto& [id, visual] : visuals) {
+        if (visual->type != type) continue;
+        // Inside the loop on purpose: a size asked for a kind that nothing has is not remembered. Tcp
+        // frames share the setting of plain frames here; tcpFrameSize is only read.
+        settings.frameSize = static_cast<std::int32_t>(size);
+        static_cast<FrameVisual*>(visual)->setFrameSize(size);
+    }
+}
+
+void Scene::setArrowSizeLevel(unsigned int level) {
+    post([this, level] { doSetArrowSizeLevel(level); });
+}
+
+void Scene::doSetArrowSizeLevel(unsigned int level) {
+    settings.arrowSizeLevel = static_cast<std::int32_t>(level);
+    const double scale = level / 5.0;
+    for (Visual* curve : previewCurves_)
+        for (Visual* child : curve->getChildren())
+            if (child->getName().starts_with("mfg_arrow")) child->setScale(scale, scale, scale);
+}
+
+void Scene::setHandleScale(float scale) {
+    settings.handleScale = scale;
+    post([] {});  // the post asks for a frame; the handles read the value while they render
+}
+
+void Scene::setDrawPathArrow(bool on) {
+    settings.drawPathArrow = on;
+    post([] {});
+    if (on) requestUpdate();
+}
+
+void Scene::setDrawTargetVisual(bool on) {
+    settings.drawTargetVisual = on;
+    post([] {});
+}
+
+void Scene::setDrawTargetZAxisOnly(bool on) {
+    settings.drawTargetZAxisOnly = on;
+    if (settings.drawTargetVisual) post([] {});
+}
+
+void Scene::cleanupInstanceBatches() {
+    post([this] {
+        for (const auto& [key, manager] : instanceManagers) manager->cleanupEmptyBatches();
+    });
+}
+
+}  // namespace vrn::visual

@@ -1,0 +1,111 @@
+// What is shown: single objects, the paths of a group, all visuals of a kind.
+
+#include <algorithm>
+#include <array>
+
+#include "engine/Scene.h"
+#include "selection/VisualSelection.h"
+#include "suite/sdf/SdfManager.h"
+#include "suite/task/Operation.h"
+#include "visual/Visual.h"
+
+namespace vrn::visual {
+
+namespace {
+
+using sdf::ObjectType;
+
+// Kinds whose picking goes with all that hangs below them.
+constexpr std::array compoundTypes{VisualType::Manipulator, VisualType::Tool, VisualType::Device,
+                                   VisualType::Link,        VisualType::Assembly,
+                                   VisualType::Part,        VisualType::Path,
+                                   VisualType::MoveInstruction, VisualType::WObj};
+
+// The path ids of those operations that have a path.
+void CollectPathOpPathIds(const std::vector<std::uint32_t>& operationIds,
+                          std::vector<std::uint32_t>& pathIds) {
+    for (const std::uint32_t id : operationIds) {
+        const auto* operation = dynamic_cast<task::PathOperation*>(sdf::SdfManager::inst()->find(id));
+        if (operation && operation->hasPath()) pathIds.push_back(operation->getPathId());
+    }
+}
+
+std::vector<std::uint32_t> PathsOfGroup(const sdf::SdfContainer& group) {
+    std::vector<std::uint32_t> pathIds;
+    CollectPathOpPathIds(group.getObjChildren(ObjectType::PathOperation), pathIds);
+    return pathIds;
+}
+
+std::vector<std::uint32_t> PathsOfGroupContainer(const sdf::SdfContainer& container) {
+    std::vector<std::uint32_t> pathIds;
+    CollectPathOpPathIds(container.getObjChildren(ObjectType::SinglePathOperation), pathIds);
+    for (const std::uint32_t groupId : container.getObjChildren(ObjectType::PathGroup)) {
+        const auto* group = dynamic_cast<sdf::SdfContainer*>(sdf::SdfManager::inst()->find(groupId));
+        if (group)
+            CollectPathOpPathIds(group->getObjChildren(ObjectType::PathOperation), pathIds);
+    }
+    return pathIds;
+}
+
+}  // namespace
+
+void Scene::setVisualVisible(std::uint32_t id, bool show) {
+    const sdf::SdfNode* object = sdf::SdfManager::inst()->find(id);
+    if (!object) return;
+    const auto* container = dynamic_cast<const sdf::SdfContainer*>(object);
+    switch (object->objectType) {
+        case ObjectType::PathGroup:
+            if (container)
+                for (const std::uint32_t path : PathsOfGroup(*container)) setVisualVisible(path, show);
+            return;
+        case ObjectType::SinglePathOperation:
+        case ObjectType::ProcessPathOperation: {
+            clearSelections();
+            const auto* operation = dynamic_cast<const task::PathOperation*>(object);
+            if (operation && operation->hasPath()) setVisualVisible(operation->getPathId(), show);
+            return;
+        }
+        case ObjectType::PathGroupContainer:
+            if (container)
+                for (const std::uint32_t path : PathsOfGroupContainer(*container))
+                    setVisualVisible(path, show);
+            return;
+        default: post([this, id, show] { doSetVisualVisible(id, show); });
+    }
+}
+
+void Scene::doSetVisualVisible(std::uint32_t id, bool show) {
+    const auto found = visuals.find(id);
+    if (found == visuals.end()) return;
+    Visual* visual = found->second;
+    visual->setVisible(show, /*cascade=*/true);
+    auto* picking = selection::VisualSelection::Get();
+    if (std::find(compoundTypes.begin(), compoundTypes.end(), visual->type) != compoundTypes.end())
+        picking->setCompoundObjectEnabled(visual, show);
+    else
+        picking->setObjectEnabled(visual, show);
+}
+
+void Scene::doSetTypeVisible(VisualType type, bool show, bool cascade) {
+    for (const auto& [id, visual] : visuals)
+        if (visual->type == type) visual->setVisible(show, cascade);
+}
+
+void Scene::setFrameVisualVisible(bool show) {
+    post([this, show] { doSetTypeVisible(VisualType::Frame, show, /*cascade=*/false); });
+}
+
+void Scene::setTcpVisualVisible(bool show) {
+    post([this, show] { doSetTypeVisible(VisualType::Tcp, show, /*cascade=*/false); });
+}
+
+void Scene::setWObjVisualVisible(bool show) {
+    // A work object has no picture of its own: its frames hang below it.
+    post([this, show] { doSetTypeVisible(VisualType::WObj, show, /*cascade=*/true); });
+}
+
+void Scene::setTargetVisualVisible(bool show) {
+    post([this, show] { doSetTypeVisible(VisualType::RobTarget, show, /*cascade=*/false); });
+}
+
+}  // namespace vrn::visual

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "visual/geometry/MeshVisual.h"
+
+class TopoDS_Edge;
+
+namespace vrn::visual {
+
+/// The built-in arrow, as a mark of a direction. Thread: render.
+class VRN_VISUAL_API ArrowVisual : public MeshVisual {
+public:
+    /// At `position` of `parent` along `direction`, which need not be of unit length; `hexColor` as in
+    /// Hex2RGB. Throws std::overflow_error for a zero direction.
+    static ArrowVisual* Build(Visual* parent, const rob::PosTemplate<float>& position,
+                              const rob::Vec3Template<float>& direction,
+                              const std::string& hexColor = "#FFA725");
+    /// At the end of the edge, or at its start, along the tangent there in the edge's own direction. Throws
+    /// std::invalid_argument for a null edge or one without a curve.
+    static ArrowVisual* Build(Visual* parent, const TopoDS_Edge& edge, bool atEnd);
+
+private:
+    explicit ArrowVisual(Visual* parent);
+};
+
+}  // namespace vrn::visual

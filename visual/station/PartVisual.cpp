@@ -1,0 +1,63 @@
+#include "visual/station/PartVisual.h"
+
+#include <stdexcept>
+
+#include "engine/Scene.h"
+#include "suite/layout/Body.h"
+#include "suite/layout/Part.h"
+#include "visual/geometry/MeshVisual.h"
+#include "visual/station/Appearance.h"
+#include "visual/station/FrameVisual.h"
+#include "visual/station/LocalFrame.h"
+
+namespace vrn::visual {
+
+namespace {
+
+void BuildBody(PartVisual* part, layout::Body* body) {
+    const auto fileType = body->element->touch("geometry")->touch("file_type")->as<std::string>();
+    if (fileType == "stl") {
+        MeshVisual::Build(part, body);
+    } else {
+        throw std::runtime_error("File format is not brep or stl");
+    }
+}
+
+}  // namespace
+
+PartVisual::PartVisual(Visual* parent, sdf::SdfNode* modelNode)
+    : Visual(modelNode, parent), localFrame(MakeLocalFrame(this)) {
+    type = VisualType::Part;
+}
+
+void PartVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
+    auto& model = dynamic_cast<layout::Part&>(*modelNode);
+    auto* part = new PartVisual(parent, modelNode);
+    Scene::Get()->visuals[part->id] = part;
+    for (layout::Body* body : model.bodies()) BuildBody(part, body);
+}
+
+bool PartVisual::canApplyMaterial(const Visual* child) {
+    return child->type == VisualType::Solid || child->type == VisualType::Curve ||
+           child->type == VisualType::Mesh || child->type == VisualType::Point;
+}
+
+void PartVisual::resetAppearance() {
+    ForEachAdmittedChild(this, canApplyMaterial, [](Visual* child) { child->resetAppearance(); });
+    localFrame->setVisible(false, /*cascade=*/true);
+}
+
+void PartVisual::setSelected() {
+    ForEachAdmittedChild(this, canApplyMaterial, [](Visual* child) { child->setSelected(); });
+    ShowLocalFrame(this, localFrame);
+}
+
+void PartVisual::setHighlighted() { HighlightChildren(this, canApplyMaterial); }
+
+void PartVisual::clearHighlightOrSelect() {
+    ForEachAdmittedChild(this, canApplyMaterial,
+                         [](Visual* child) { child->clearHighlightOrSelect(); });
+    localFrame->setVisible(false, /*cascade=*/true);
+}
+
+}  // namespace vrn::visual
