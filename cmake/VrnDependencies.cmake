@@ -1,6 +1,10 @@
 # The packages that the library stands on. Also installed, for hosts that find_package(vrnvisual).
 find_package(OGRE 14 REQUIRED)
-find_package(OpenCASCADE 7.9 REQUIRED)
+find_package(OpenCASCADE REQUIRED)
+# Its package accepts no other version than exactly its own, so the least one is checked here.
+if(OpenCASCADE_VERSION VERSION_LESS 7.9)
+    message(FATAL_ERROR "OpenCASCADE 7.9 or later is needed, found ${OpenCASCADE_VERSION}")
+endif()
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(vrn_minizip REQUIRED IMPORTED_TARGET GLOBAL minizip zlib)
 
