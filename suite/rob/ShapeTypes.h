@@ -64,6 +64,8 @@ public:
         const auto d = (axisY * std::cos(sweep * t) - axisX * std::sin(sweep * t)).normalized();
         return Vec3Template<float>(d);
     }
+    /// Of the arc from the first to the third point.
+    [[nodiscard]] double getLength() const { return axisX.length() * sweep; }
 
 private:
     Vec3Template<double> centre, normal, axisX, axisY;

@@ -8,6 +8,15 @@
 
 namespace vrn::sdf {
 
+namespace {
+
+bool IsModelId(const SdfNode& node) {
+    if (node.objectType == ObjectType::StationLogic) return node.id == SdfManager::stationLogicId;
+    return node.id != 0 && node.id <= SdfManager::lastModelId;
+}
+
+}  // namespace
+
 SdfManager* SdfManager::inst() {
     // Never destroyed: objects held by statics elsewhere still leave it when they end.
     static auto* manager = new SdfManager;
@@ -32,7 +41,7 @@ std::size_t SdfManager::size() const {
 }
 
 void SdfManager::add(SdfNode& node) {
-    if (node.id == 0 || node.id > lastModelId)
+    if (!IsModelId(node))
         throw std::invalid_argument("a model object's id must be from 1 to " +
                                     std::to_string(lastModelId) + ", got " +
                                     std::to_string(node.id));

@@ -15,13 +15,14 @@ class SdfNode;
 
 /// The table of the model's objects by id, under a reader-writer lock.
 ///
-/// Ids from 1 to lastModelId belong to model objects, those above to visuals without one, so that
-/// the two never meet. The lock is held for the look-up alone; who uses a found object must know
-/// that it lives.
-/// Thread: any, every operation.
+/// Ids from 1 to lastModelId belong to model objects, stationLogicId to the station's logic, those
+/// from firstTransientId on to visuals without a model object, so that they never meet. The lock is
+/// held for the look-up alone; who uses a found object must know that it lives. Thread: any, every
+/// operation.
 class VRN_SUITE_API SdfManager {
 public:
-    static constexpr std::uint32_t lastModelId = 0x7FFF'FFFF;
+    static constexpr std::uint32_t lastModelId = 0x7FFF'FFFE;
+    static constexpr std::uint32_t stationLogicId = 0x7FFF'FFFF;
     static constexpr std::uint32_t firstTransientId = 0x8000'0000;
 
     /// Never null; lives until the process ends.
@@ -35,7 +36,7 @@ public:
     [[nodiscard]] std::size_t size() const;
 
     /// Enters `node` under its id; entering it twice does nothing. Throws std::invalid_argument if
-    /// the id is 0, above lastModelId, or another object's.
+    /// the id is 0, above lastModelId (but for the station's logic), or another object's.
     void add(SdfNode& node);
     /// Takes `node` out; done by its destructor as well. Does nothing if it is not in.
     void remove(const SdfNode& node) noexcept;

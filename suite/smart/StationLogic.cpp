@@ -1,9 +1,11 @@
 #include "suite/smart/StationLogic.h"
 
+#include "suite/sdf/SdfManager.h"
+
 namespace vrn::smartcomp {
 
 StationLogic::StationLogic() : SdfObject(sdf::ObjectType::StationLogic, "Station", "station") {
-    id = stationLogicId;
+    id = sdf::SdfManager::stationLogicId;
 }
 
 StationLogic* StationLogic::inst() {

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
-#include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
 #include "suite/SuiteApi.h"
 
@@ -11,10 +8,7 @@ namespace vrn::smartcomp {
 /// The station's logic object. An object whose `parentId` is its id stands in the station itself.
 class VRN_SUITE_API StationLogic : public sdf::SdfObject {
 public:
-    /// Its id always; a model object cannot have it.
-    static constexpr std::uint32_t stationLogicId = sdf::SdfManager::lastModelId;
-
-    /// Never null; lives until the process ends, and stands in sdf::SdfManager from the first call
+    /// Never null, its id always sdf::SdfManager::stationLogicId; lives until the process ends, and stands in sdf::SdfManager from the first call
     /// on. Thread: any.
     [[nodiscard]] static StationLogic* inst();
 
