@@ -5,6 +5,9 @@
 #include <limits>
 #include <stdexcept>
 
+// The compositor headers use what this one declares without including it.
+#include <OgreTexture.h>
+
 #include <OgreCamera.h>
 #include <OgreCompositorManager.h>
 #include <OgreRenderTarget.h>
@@ -86,7 +89,7 @@ void Camera::setRenderTarget(Ogre::RenderTarget* target) {
     if (!target) return;
     viewport = target->addViewport(camera, /*ZOrder=*/0, 0.0f, 0.0f, 1.0f, 1.0f);
     viewport->setClearEveryFrame(true, Ogre::FBT_COLOUR | Ogre::FBT_DEPTH);
-    viewport->setBackgroundColour({0.45f, 0.45f, 0.45f, 1.0f});
+    viewport->setBackgroundColour(Ogre::ColourValue(0.45f, 0.45f, 0.45f, 1.0f));
     updateFOV();
 }
 

@@ -3,6 +3,10 @@
 #include <array>
 #include <format>
 
+// The headers below use what these two declare without including them.
+#include <OgreIteratorWrapper.h>
+#include <OgreTexture.h>
+
 #include <OgreCompositorChain.h>
 #include <OgreCompositorManager.h>
 #include <OgreInstanceManager.h>
@@ -71,7 +75,7 @@ const std::array lightTable{
     LightEntry{"light4", 0.1f, 0.0f, {0.0f, 0.0f, -1.0f}},
 };
 
-Ogre::ColourValue Grey(float level) { return {level, level, level, 1.0f}; }
+Ogre::ColourValue Grey(float level) { return Ogre::ColourValue(level, level, level); }
 
 std::string LightName(int index) { return std::format("light{}", index); }
 
@@ -138,12 +142,12 @@ void Scene::setLightEnable(int index, bool on) {
 }
 
 void Scene::setLightDiffuse(int index, float r, float g, float b) {
-    sceneManager->getLight(LightName(index))->setDiffuseColour({r, g, b, 1.0f});
+    sceneManager->getLight(LightName(index))->setDiffuseColour(Ogre::ColourValue(r, g, b));
     broker::SignalBroker::updateScene();
 }
 
 void Scene::setLightSpecular(int index, float r, float g, float b) {
-    sceneManager->getLight(LightName(index))->setSpecularColour({r, g, b, 1.0f});
+    sceneManager->getLight(LightName(index))->setSpecularColour(Ogre::ColourValue(r, g, b));
     broker::SignalBroker::updateScene();
 }
 

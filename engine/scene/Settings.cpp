@@ -1,5 +1,8 @@
 // Settings that a host changes while the application runs.
 
+// The instance manager uses what this declares without including it.
+#include <OgreIteratorWrapper.h>
+
 #include <OgreCamera.h>
 #include <OgreInstanceManager.h>
 
