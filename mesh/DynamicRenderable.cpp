@@ -2,7 +2,6 @@
 
 #include <OgreCamera.h>
 #include <OgreHardwareBufferManager.h>
-#include <OgreMaterialManager.h>
 
 #include <algorithm>
 #include <cmath>
@@ -48,11 +47,6 @@ void DynamicRenderable::init(RenderOpType op, bool useIndices) {
     indexBufferCapacity = 0;
     createVertexDeclaration();
     setRenderQueueGroup(lineQueueGroup);
-    // Set by name, whatever a new renderable starts with: the engine gives this material a program,
-    // and a frame that draws an object without one throws.
-    const Ogre::MaterialPtr plain =
-        Ogre::MaterialManager::getSingleton().getByName("BaseWhiteNoLighting", Ogre::RGN_INTERNAL);
-    if (plain) setMaterial(plain);
 }
 
 void DynamicRenderable::setOperationType(RenderOpType op) {

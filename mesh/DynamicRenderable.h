@@ -19,7 +19,8 @@ enum class RenderOpType : std::int32_t {
 ///
 /// A derived class calls init in its constructor and fills the buffer that prepareHardwareBuffers
 /// binds. The bounding box is null until the derived class merges points into it, and Ogre draws
-/// nothing with a null box. Thread: render.
+/// nothing with a null box. The material is Ogre's plain white at first, which RenderEngine makes
+/// drawable; Ogre's setMaterial must not be given null. Thread: render.
 class VRN_VISUAL_API DynamicRenderable : public Ogre::SimpleRenderable {
 public:
     DynamicRenderable() = default;
@@ -41,9 +42,8 @@ public:
     /// box.
     Ogre::Real getSquaredViewDepth(const Ogre::Camera* camera) const override;
 
-    /// Starts over with empty vertex data (and index data, if wanted), both capacities 0, the plain
-    /// white material that every engine has, and render queue group 60. Calls
-    /// createVertexDeclaration.
+    /// Starts over with empty vertex data (and index data, if wanted), both capacities 0 and render
+    /// queue group 60. Calls createVertexDeclaration.
     void init(RenderOpType op, bool useIndices);
     /// Any other number than those of the enumeration leaves the operation as it was.
     void setOperationType(RenderOpType op);

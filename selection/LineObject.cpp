@@ -42,7 +42,6 @@ visual::Box LineObject::segmentBox() const {
     visual::Box result;
     for (const auto& line : lines->getLines())
         result.addPoints(std::span(line->getPoints()).first(PointsInSegments(*line)));
-    result.updateCenter();
     return result;
 }
 
