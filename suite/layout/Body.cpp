@@ -13,6 +13,7 @@
 #include <mutex>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 namespace vrn::layout {
@@ -24,24 +25,35 @@ std::string TextAt(sdf::Element& element, std::string_view path) {
     return text.has_value() ? std::any_cast<std::string>(text) : std::string();
 }
 
-TopoDS_Shape ReadShape(std::istream& stream) {
-    TopoDS_Shape shape;
-    BRepTools::Read(shape, stream, BRep_Builder());
-    // The reader reports what it does not understand on its own stream and gives no shape.
-    if (shape.IsNull()) throw std::runtime_error("not a B-rep file");
-    geometry::GenerateMesh(shape, 0.0, 0.0);
-    return shape;
+std::string ReadBytes(const std::string& uri) {
+    if (uri.starts_with("resource://")) return ReadFileFromURI(uri);
+    std::ifstream file(UriToFilePath(uri), std::ios::binary);
+    std::ostringstream bytes;
+    // An empty file makes the copy fail without being unreadable: its heading is missed below.
+    if (!file || (!(bytes << file.rdbuf()) && file.bad()))
+        throw std::runtime_error("the file cannot be opened");
+    return std::move(bytes).str();
+}
+
+/// Asked before the reader, which prints to standard output where it misses something.
+void RequireBrep(std::string_view bytes) {
+    if (bytes.substr(0, 256).find("CASCADE Topology V") == std::string_view::npos)
+        throw std::runtime_error("not a B-rep file");
+    // The last table, behind all geometry.
+    if (bytes.find("\nTShapes ") == std::string_view::npos)
+        throw std::runtime_error("the file ends too early");
 }
 
 TopoDS_Shape LoadShape(const std::string& uri) {
     try {
-        if (uri.starts_with("resource://")) {
-            std::istringstream stream(ReadFileFromURI(uri));
-            return ReadShape(stream);
-        }
-        std::ifstream stream(UriToFilePath(uri), std::ios::binary);
-        if (!stream) throw std::runtime_error("the file cannot be opened");
-        return ReadShape(stream);
+        std::string bytes = ReadBytes(uri);
+        RequireBrep(bytes);
+        std::istringstream stream(std::move(bytes));
+        TopoDS_Shape shape;
+        BRepTools::Read(shape, stream, BRep_Builder());
+        if (shape.IsNull()) throw std::runtime_error("the file holds no shape");
+        geometry::GenerateMesh(shape, 0.0, 0.0);
+        return shape;
     } catch (const std::runtime_error& e) {
         throw std::runtime_error("cannot load the shape " + uri + ": " + e.what());
     } catch (const Standard_Failure& e) {

@@ -42,7 +42,7 @@ public:
     [[nodiscard]] std::shared_ptr<Element> get(std::string_view key) const;
     /// The element at a slash-separated path below this one; what is absent on the way is created
     /// without a value. Never null; empty steps are passed over, so "" is this element.
-    [[nodiscard]] std::shared_ptr<Element> touch(std::string_view path);
+    std::shared_ptr<Element> touch(std::string_view path);
     /// The children at the moment of the call, in order.
     [[nodiscard]] std::vector<std::shared_ptr<Element>> getChildren() const;
     /// Null for an element at the top, and when the parent is gone.
