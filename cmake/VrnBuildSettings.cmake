@@ -35,6 +35,8 @@ function(vrn_library name)
         VERIFY_INTERFACE_HEADER_SETS ON
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
+        # Never empty: not every linker keeps the blank entry that an installation would write over.
+        BUILD_RPATH "$ORIGIN"
         INSTALL_RPATH "$ORIGIN")
 endfunction()
 

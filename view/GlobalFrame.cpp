@@ -34,7 +34,7 @@ const Ogre::Vector3 placeInView(0, 0, -800);
 constexpr float shaftLength = 10.0f;
 constexpr float letterDistance = 16.0f;
 constexpr float letterHeight = 5.0f;
-constexpr std::uint16_t startCenter = 32;
+constexpr std::uint16_t startCenter = 60;
 
 const std::array<Ogre::Vector4, 3> axisColours{Ogre::Vector4(0.86f, 0.24f, 0.22f, 1.0f),
                                                Ogre::Vector4(0.30f, 0.72f, 0.30f, 1.0f),
