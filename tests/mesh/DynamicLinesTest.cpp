@@ -1,8 +1,6 @@
 #include "mesh/DynamicLines.h"
 
-#include "engine/Scene.h"
 #include "tests/support/EngineFixture.h"
-#include "visual/Visual.h"
 
 #include <OgreCamera.h>
 #include <OgreHardwareVertexBuffer.h>
@@ -58,13 +56,32 @@ protected:
     }
 };
 
-class DynamicLinesTest : public EngineTest {
+class DynamicLinesTest : public test::EngineTest {
 protected:
-    DynamicLinesTest() { node = Scene::Get()->sceneManager->createSceneNode(); }
-    ~DynamicLinesTest() override { Scene::Get()->sceneManager->destroySceneNode(node); }
+    void SetUp() override {
+        EngineTest::SetUp();
+        node = scene().sceneManager->createSceneNode();
+    }
+    void TearDown() override {
+        scene().sceneManager->destroySceneNode(node);
+        EngineTest::TearDown();
+    }
 
     Ogre::SceneNode* node = nullptr;  // attached to nothing
 };
+
+/// How many pixels near `at` are white in the picture.
+int WhiteNear(const headless::Picture& picture, const rob::Vec2Template<float>& at) {
+    constexpr int reach = 2;
+    int white = 0;
+    for (int dy = -reach; dy <= reach; ++dy)
+        for (int dx = -reach; dx <= reach; ++dx) {
+            const headless::Rgba pixel =
+                picture.at(static_cast<int>(at.x) + dx, static_cast<int>(at.y) + dy);
+            if (pixel.r > 250 && pixel.g > 250 && pixel.b > 250) ++white;
+        }
+    return white;
+}
 
 struct CapacityRow {
     const char* name;
@@ -323,7 +340,7 @@ TEST_F(DynamicLinesTest, FillingWithoutPointsDrawsNothing) {
 }
 
 TEST_F(DynamicLinesTest, ParentNodeTakesTheNewBoundsInItsNextUpdate) {
-    Ogre::SceneNode* root = Scene::Get()->sceneManager->getRootSceneNode();
+    Ogre::SceneNode* root = scene().sceneManager->getRootSceneNode();
     root->addChild(node);
     node->setPosition(100, 0, 0);
     DynamicLines lines(RenderOpType::LineStrip);
@@ -351,7 +368,7 @@ TEST_F(DynamicLinesTest, BoundingRadiusIsThatOfTheFartherExtremeCorner) {
 }
 
 TEST_F(DynamicLinesTest, ViewDepthIsTakenToTheMiddleOfTheBounds) {
-    Ogre::SceneManager* manager = Scene::Get()->sceneManager;
+    Ogre::SceneManager* manager = scene().sceneManager;
     Ogre::Camera* camera = manager->createCamera("DynamicLinesTest camera");
     node->attachObject(camera);
     node->setPosition(10, 20, 30);
@@ -372,6 +389,22 @@ TEST_F(DynamicLinesTest, StartsWithAMaterialThatCanBeDrawn) {
     ASSERT_NE(material->getBestTechnique(), nullptr);
     EXPECT_TRUE(material->getBestTechnique()->getPass(0)->hasVertexProgram());
     EXPECT_TRUE(material->getBestTechnique()->getPass(0)->hasFragmentProgram());
+}
+
+TEST_F(DynamicLinesTest, IsDrawnWhiteBeforeAnybodyGaveItAMaterial) {
+    const auto middle = project({0, 0, 200});
+    ASSERT_EQ(WhiteNear(frame(), middle), 0);
+    Ogre::SceneNode* root = scene().sceneManager->getRootSceneNode();
+    root->addChild(node);
+    DynamicLines lines(RenderOpType::LineStrip);
+    node->attachObject(&lines);
+    lines.addPoint(-50, 0, 200);
+    lines.update();
+    EXPECT_EQ(WhiteNear(frame(), middle), 0);  // a single point is not drawn
+    lines.addPoint(50, 0, 200);
+    lines.update();
+    EXPECT_GT(WhiteNear(frame(), middle), 0);
+    root->removeChild(node);
 }
 
 TEST_F(DynamicLinesTest, FillBeforeInitIsRefused) {

@@ -1,6 +1,5 @@
 #include "selection/VisualSelection.h"
 
-#include "engine/Scene.h"
 #include "mesh/DynamicLines.h"
 #include "mesh/Mesh.h"
 #include "mesh/MeshManager.h"
@@ -25,15 +24,16 @@ using visual::DynamicLines;
 using visual::LineVisual;
 using visual::MeshVisual;
 using visual::RenderOpType;
-using visual::Scene;
 using visual::Visual;
 using Pos = rob::PosTemplate<float>;
 
 /// A registry of the test's own beside the library's, and visuals that go with the test.
-class VisualSelectionTest : public EngineTest {
+class VisualSelectionTest : public test::EngineTest {
 protected:
-    VisualSelectionTest() : top(new Visual(Scene::Get()->root)) {}
-    ~VisualSelectionTest() override { Scene::Get()->deleteVisual(top); }
+    void SetUp() override {
+        EngineTest::SetUp();
+        top = new Visual(scene().root);
+    }
 
     LineVisual* line(Visual* parent) { return new LineVisual(parent); }
     LineVisual* line() { return line(top); }
@@ -46,27 +46,30 @@ protected:
         return registry.dirty;
     }
 
-    Visual* top;
+    Visual* top = nullptr;
     VisualSelection registry;
 };
 
 /// A mesh visual on a record whose box is (0, 0, 0) to (2, 4, 6).
 class MeshObjectTest : public VisualSelectionTest {
 protected:
-    MeshObjectTest() : mesh(new visual::Mesh("MeshObjectTest mesh")) {
+    void SetUp() override {
+        VisualSelectionTest::SetUp();
+        mesh = new visual::Mesh("MeshObjectTest mesh");
         mesh->vertices = {{0, 0, 0}, {2, 4, 0}, {2, 4, 6}};
         mesh->indices = {0, 1, 2};
         visual::MeshManager::Get()->addMesh(mesh);
         shown = new MeshVisual("MeshObjectTest", top);
         shown->attachMesh(mesh->name);
     }
-    ~MeshObjectTest() override {
-        top->clearChildren();
+    void TearDown() override {
+        top->clearChildren();  // before the mesh that they show
         visual::MeshManager::Get()->deleteMesh(mesh);
+        VisualSelectionTest::TearDown();
     }
 
-    visual::Mesh* mesh;
-    MeshVisual* shown;
+    visual::Mesh* mesh = nullptr;
+    MeshVisual* shown = nullptr;
 };
 
 void ExpectNear(const Pos& got, const Pos& wanted) {
@@ -316,7 +319,7 @@ TEST_F(VisualSelectionTest, SettingThePoseOfAVisualMarksTheLibrarysOwnRegistry) 
     top->setPosition(1, 2, 3);
     EXPECT_TRUE(gVisSelection->dirty);
     EXPECT_TRUE(gVisSelection->getObject(shown)->worldBoxDirty);
-    Scene::Get()->deleteVisual(shown);
+    scene().deleteVisual(shown);
     EXPECT_FALSE(gVisSelection->hasVisual(shown));
 }
 
