@@ -1,7 +1,6 @@
 #include "apps/vrnview/Framing.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 
@@ -14,6 +13,10 @@ using Vec = rob::Vec3Template<double>;
 
 /// How much of the half picture the scene may take.
 constexpr double filled = 0.92;
+
+bool IsFinite(const Pos& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
 
 /// The picture's axes in the world.
 struct ViewAxes {
@@ -43,15 +46,6 @@ ViewAxes AxesOf(StandardView view) {
             break;
     }
     return axes({-1, 1, -1}, {0, 0, 1});
-}
-
-std::vector<Pos> CornersOf(const Bounds& box) {
-    std::vector<Pos> corners;
-    const Pos a = box.getMin(), b = box.getMax();
-    for (const double x : {a.x, b.x})
-        for (const double y : {a.y, b.y})
-            for (const double z : {a.z, b.z}) corners.push_back({x, y, z});
-    return corners;
 }
 
 /// What the two planes of the frustum that face along one picture axis ask of the camera.
@@ -93,17 +87,22 @@ const std::vector<std::string_view>& StandardViewNames() {
     return names;
 }
 
-CameraPlacement FrameBoxes(std::span<const Bounds> boxes, const Bounds& furniture,
-                           StandardView view, const FieldOfView& fov) {
+std::vector<Pos> CornersOf(const Bounds& box) {
     std::vector<Pos> corners;
+    if (box.isEmpty()) return corners;
+    const Pos a = box.getMin(), b = box.getMax();
+    for (const double x : {a.x, b.x})
+        for (const double y : {a.y, b.y})
+            for (const double z : {a.z, b.z}) corners.push_back({x, y, z});
+    return corners;
+}
+
+CameraPlacement FramePoints(std::span<const Pos> points, const Bounds& furniture, StandardView view,
+                            const FieldOfView& fov) {
     Bounds whole;
-    const auto take = [&](const Bounds& box) {
-        if (box.isEmpty()) return;
-        whole.add(box);
-        for (const Pos& corner : CornersOf(box)) corners.push_back(corner);
-    };
-    for (const Bounds& box : boxes) take(box);
-    if (whole.isEmpty()) take(FallbackBounds(furniture));
+    for (const Pos& point : points) whole.add(point);
+    if (whole.isEmpty())
+        return FramePoints(CornersOf(FallbackBounds(furniture)), furniture, view, fov);
 
     const ViewAxes axes = AxesOf(view);
     const Pos centre = whole.getCentre();
@@ -111,8 +110,9 @@ CameraPlacement FrameBoxes(std::span<const Bounds> boxes, const Bounds& furnitur
     const double tangent = std::tan(fov.horizontalRad / 2);
     Fit sideways{filled * tangent}, upright{filled * tangent / fov.aspect};
     double nearest = -radius, farthest = radius;  // towards the camera, from the centre
-    for (const Pos& corner : corners) {
-        const Vec offset = corner - centre;
+    for (const Pos& point : points) {
+        if (!IsFinite(point)) continue;
+        const Vec offset = point - centre;
         const double towards = -offset.dot(axes.forward);
         sideways.add(offset.dot(axes.right), towards);
         upright.add(offset.dot(axes.up), towards);

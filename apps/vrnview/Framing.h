@@ -31,12 +31,16 @@ struct CameraPlacement {
     double farClip;   ///< behind all that was framed and behind the furniture
 };
 
-/// Looks from `view` so that all of `boxes` just fill the picture, centred, with a small margin.
+/// Looks from `view` so that all of `points` just fill the picture, centred, with a small margin.
 ///
-/// Empty boxes are passed over; without any other the middle of the furniture is framed.
-/// `furniture` is what is drawn as well but not framed, such as the grid: it only moves the far
-/// clip distance. Works for scenes of any size, single points too. Thread: pure.
-[[nodiscard]] CameraPlacement FrameBoxes(std::span<const Bounds> boxes, const Bounds& furniture,
-                                         StandardView view, const FieldOfView& fov);
+/// Points with a coordinate that is not finite are passed over; without any other the middle of the
+/// furniture is framed. `furniture` is what is drawn as well but not framed, such as the grid: it only
+/// moves the far clip distance. Works for scenes of any size, single points too. Thread: pure.
+[[nodiscard]] CameraPlacement FramePoints(std::span<const rob::PosTemplate<double>> points,
+                                          const Bounds& furniture, StandardView view,
+                                          const FieldOfView& fov);
+
+/// The eight corners of a box; none of an empty one. Thread: pure.
+[[nodiscard]] std::vector<rob::PosTemplate<double>> CornersOf(const Bounds& box);
 
 }  // namespace vrn::host

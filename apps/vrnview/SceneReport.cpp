@@ -4,6 +4,10 @@
 #include <OgreMovableObject.h>
 #include <OgreSceneNode.h>
 
+#include "apps/vrnview/Framing.h"
+#include "mesh/Mesh.h"
+#include "mesh/MeshManager.h"
+#include "visual/geometry/MeshVisual.h"
 #include "visual/Visual.h"
 #include "visual/VisualType.h"
 
@@ -19,16 +23,34 @@ bool IsGeometry(VisualType type) {
 
 rob::PosTemplate<double> ToPos(const Ogre::Vector3& v) { return {v.x, v.y, v.z}; }
 
-void CollectBoxes(const visual::Visual& visual, std::vector<Bounds>& boxes) {
-    if (IsGeometry(visual.type)) {
-        for (Ogre::MovableObject* object : visual.node->getAttachedObjects()) {
-            const Ogre::AxisAlignedBox& box = object->getWorldBoundingBox(/*derive=*/true);
-            if (!box.isFinite()) continue;
-            const Bounds bounds(ToPos(box.getMinimum()), ToPos(box.getMaximum()));
-            if (!bounds.isEmpty()) boxes.push_back(bounds);
-        }
+/// Calls `use` on each visual that carries geometry, from `visual` down.
+template <class Use>
+void ForGeometry(const visual::Visual& visual, const Use& use) {
+    if (IsGeometry(visual.type)) use(visual);
+    for (const visual::Visual* child : visual.getChildren()) ForGeometry(*child, use);
+}
+
+/// Of the visual's own objects.
+Bounds OwnBounds(const visual::Visual& visual) {
+    Bounds bounds;
+    for (Ogre::MovableObject* object : visual.node->getAttachedObjects()) {
+        const Ogre::AxisAlignedBox& box = object->getWorldBoundingBox(/*derive=*/true);
+        if (box.isFinite()) bounds.add(Bounds(ToPos(box.getMinimum()), ToPos(box.getMaximum())));
     }
-    for (const visual::Visual* child : visual.getChildren()) CollectBoxes(*child, boxes);
+    return bounds;
+}
+
+/// The triangle record that the visual shows; null if it shows none.
+const visual::Mesh* MeshOf(const visual::Visual& visual) {
+    const auto* shown = dynamic_cast<const visual::MeshVisual*>(&visual);
+    const visual::MeshManager& meshes = *visual::MeshManager::Get();
+    if (shown == nullptr || !meshes.hasMesh(shown->getMeshName())) return nullptr;
+    return meshes.getMesh(shown->getMeshName());
+}
+
+/// Poses set since the last frame reach what the nodes tell of the world here.
+void UpdatePoses(const visual::Visual& visual) {
+    visual.node->_update(/*updateChildren=*/true, /*parentHasChanged=*/false);
 }
 
 }  // namespace
@@ -51,12 +73,27 @@ Counts CountsOf(visual::Visual& visual) {
     return counts;
 }
 
-std::vector<Bounds> BoxesOf(const visual::Visual& visual) {
-    // Poses set since the last frame reach the nodes' derived values here.
-    visual.node->_update(/*updateChildren=*/true, /*parentHasChanged=*/false);
-    std::vector<Bounds> boxes;
-    CollectBoxes(visual, boxes);
-    return boxes;
+Bounds BoundsOf(const visual::Visual& visual) {
+    UpdatePoses(visual);
+    Bounds bounds;
+    ForGeometry(visual, [&](const visual::Visual& body) { bounds.add(OwnBounds(body)); });
+    return bounds;
+}
+
+std::vector<rob::PosTemplate<double>> OutlineOf(const visual::Visual& visual) {
+    UpdatePoses(visual);
+    std::vector<rob::PosTemplate<double>> outline;
+    ForGeometry(visual, [&](const visual::Visual& body) {
+        if (const visual::Mesh* mesh = MeshOf(body); mesh != nullptr) {
+            const Ogre::Affine3& toWorld = body.node->_getFullTransform();
+            for (const auto& p : mesh->vertices)
+                outline.push_back(ToPos(toWorld * Ogre::Vector3(p.x, p.y, p.z)));
+        } else {
+            const std::vector<rob::PosTemplate<double>> corners = CornersOf(OwnBounds(body));
+            outline.insert(outline.end(), corners.begin(), corners.end());
+        }
+    });
+    return outline;
 }
 
 VisualReport TreeOf(const visual::Visual& visual) {

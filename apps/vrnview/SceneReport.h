@@ -45,9 +45,12 @@ struct SceneReport {
 
 /// What `visual` and all below it hold. Thread: render.
 [[nodiscard]] Counts CountsOf(visual::Visual& visual);
-/// World boxes of the bodies, meshes and points at and below `visual`, one each, no empty ones.
-/// Takes the poses as they are now. Thread: render.
-[[nodiscard]] std::vector<Bounds> BoxesOf(const visual::Visual& visual);
+/// World bounds of the bodies, meshes and points at and below `visual`. Takes the poses as they are
+/// now. Thread: render.
+[[nodiscard]] Bounds BoundsOf(const visual::Visual& visual);
+/// What has to be in a picture of `visual` and all below it: the vertices of meshes, the corners of
+/// the world boxes of other bodies and points. Takes the poses as they are now. Thread: render.
+[[nodiscard]] std::vector<rob::PosTemplate<double>> OutlineOf(const visual::Visual& visual);
 /// Thread: render.
 [[nodiscard]] VisualReport TreeOf(const visual::Visual& visual);
 

@@ -101,14 +101,11 @@ void Viewer::discard(sdf::SdfNode& part) {
 
 headless::Picture Viewer::takePicture(int widthPx, int heightPx, StandardView view) {
     auto* const scene = visual::Scene::Get();
-    const std::vector<Bounds> boxes = BoxesOf(*scene->root);
-    Bounds whole;
-    for (const Bounds& box : boxes) whole.add(box);
-    scaleFurniture(whole);
+    scaleFurniture(BoundsOf(*scene->root));
 
     ViewTarget target(widthPx, heightPx);
     const FieldOfView fov{visual::Camera::Get()->getHFOV(), target.getAspect()};
-    return target.takePicture(FrameBoxes(boxes, GridBounds(), view, fov));
+    return target.takePicture(FramePoints(OutlineOf(*scene->root), GridBounds(), view, fov));
 }
 
 /// The world frame's axes are a tenth of the scene long; where even the shortest would hide the
@@ -127,7 +124,7 @@ SceneReport Viewer::report() const {
     visual::Visual& root = *visual::Scene::Get()->root;
     SceneReport report;
     report.totals = CountsOf(root);
-    for (const Bounds& box : BoxesOf(root)) report.bounds.add(box);
+    report.bounds = BoundsOf(root);
     report.visuals = TreeOf(root).children;
     return report;
 }
