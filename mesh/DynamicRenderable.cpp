@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <stdexcept>
 
 namespace vrn::visual {
@@ -64,6 +63,8 @@ void DynamicRenderable::setOperationType(RenderOpType op) {
 }
 
 std::uint64_t DynamicRenderable::nextCapacity(std::uint64_t present, std::uint64_t vertexCount) {
+    if (vertexCount > maxVertexCount)
+        throw std::length_error("a line object holds at most 2147483647 vertices");
     std::uint64_t capacity = present;
     if (capacity != 0 && capacity >= vertexCount) {
         // Not below half is kept: a count that wavers round a power of two must not reallocate.
@@ -77,11 +78,8 @@ std::uint64_t DynamicRenderable::nextCapacity(std::uint64_t present, std::uint64
 
 void DynamicRenderable::prepareHardwareBuffers(unsigned long vertexCount) {
     if (!mRenderOp.vertexData) throw std::logic_error("init must run before the buffer is filled");
-    if (vertexCount > static_cast<unsigned long>(std::numeric_limits<std::int32_t>::max()))
-        throw std::length_error("a line object holds at most 2147483647 vertices");
-
-    Ogre::VertexData& data = *mRenderOp.vertexData;
     const std::uint64_t capacity = nextCapacity(vertexBufferCapacity, vertexCount);
+    Ogre::VertexData& data = *mRenderOp.vertexData;
     if (capacity != vertexBufferCapacity) {
         constexpr Ogre::uint8 usage = Ogre::HBU_CPU_TO_GPU | Ogre::HBU_DETAIL_WRITE_ONLY;
         data.vertexBufferBinding->setBinding(

@@ -48,9 +48,12 @@ public:
     /// Any other number than those of the enumeration leaves the operation as it was.
     void setOperationType(RenderOpType op);
     /// Makes room for `vertexCount` vertices in source 0 and has that many drawn. The content of
-    /// the buffer is kept only while the capacity is. Throws std::logic_error before init, and
-    /// std::length_error above 2147483647 vertices, which no draw call can count.
+    /// the buffer is kept only while the capacity is. Throws std::logic_error before init and
+    /// std::length_error above maxVertexCount.
     void prepareHardwareBuffers(unsigned long vertexCount);
+
+    /// A draw call counts vertices in 31 bits.
+    static constexpr std::uint64_t maxVertexCount = 2147483647;
 
     /// As given to init.
     [[nodiscard]] RenderOpType getOpType() const { return opType; }
@@ -59,7 +62,7 @@ public:
 
     /// The capacity for `vertexCount` vertices in place of `present`: kept while the count fills at
     /// least half of it, halved as often as the count stays below half, doubled (from 1 when there
-    /// was none) until it suffices. `vertexCount` is at most 2^63. Thread: pure.
+    /// was none) until it suffices. Throws std::length_error above maxVertexCount. Thread: pure.
     [[nodiscard]] static std::uint64_t nextCapacity(std::uint64_t present,
                                                     std::uint64_t vertexCount);
 

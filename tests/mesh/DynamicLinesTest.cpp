@@ -236,6 +236,7 @@ TEST_F(DynamicLinesTest, MoreVerticesThanADrawCallCountsAreRefused) {
     DynamicLines lines(RenderOpType::LineStrip);
     lines.prepareHardwareBuffers(2);
     EXPECT_THROW(lines.prepareHardwareBuffers(2147483648ul), std::length_error);
+    EXPECT_EQ(DynamicRenderable::nextCapacity(0, DynamicRenderable::maxVertexCount), 2147483648u);
     EXPECT_THROW(lines.prepareHardwareBuffers(std::numeric_limits<unsigned long>::max()),
                  std::length_error);
     EXPECT_EQ(lines.getVertexBufferCapacity(), 2u);
