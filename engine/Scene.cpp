@@ -13,7 +13,7 @@ Scene* Scene::Instance = nullptr;
 void Scene::addRenderTask(std::function<void()>&& fn, unsigned long key) {
     const std::lock_guard lock(taskMutex);
     if (key != 0) std::erase_if(renderTasks, [key](const RenderTask& task) { return task.key == key; });
-    renderTasks.push_back({key, std::move(fn)});
+    renderTasks.emplace_back(key, std::move(fn));
     broker::SignalBroker::updateScene();
 }
 
