@@ -33,6 +33,8 @@ Ogre::GpuProgramPtr MakeProgram(const char* name, Ogre::GpuProgramType type, con
 }  // namespace
 
 void MakeFallbackMaterialsDrawable() {
+    if (Ogre::HighLevelGpuProgramManager::getSingleton().getByName(vertexProgramName, Ogre::RGN_INTERNAL))
+        return;
     const Ogre::GpuProgramPtr vertex =
         MakeProgram(vertexProgramName, Ogre::GPT_VERTEX_PROGRAM, vertexSource);
     vertex->getDefaultParameters()->setNamedAutoConstant(

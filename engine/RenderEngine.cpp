@@ -46,7 +46,8 @@ void RenderEngine::setupRenderSystem() {
         root->setRenderSystem(renderer);
         return;
     }
-    std::cout << "Unable to find OpenGL rendering system.\n";
+    // Flushed, for the process aborts right afterwards.
+    std::cout << "Unable to find OpenGL rendering system.\n" << std::flush;
 }
 
 void RenderEngine::setupResources() {
@@ -64,6 +65,7 @@ void RenderEngine::init() {
     MakeFallbackMaterialsDrawable();
     checkSystemCapabilities();
     initialised = true;
+    if (frameTimer) root->removeFrameListener(frameTimer.get());
     frameTimer = std::make_unique<FrameTimer>();
     root->addFrameListener(frameTimer.get());
 }
