@@ -5,6 +5,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 #include <type_traits>
 
 #include <minizip/unzip.h>
@@ -53,7 +54,9 @@ void ForEachFile(const std::string& uri, Callback callback) {
         (separator == std::string::npos ? uri : uri.substr(separator + 3)) + "/";
 
     const std::filesystem::path package = common::GetResourcePath();
-    const std::filesystem::file_status status = std::filesystem::status(package);
+    // A path that cannot even be looked at answers none; the other form would throw.
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(package, ignored);
     if (status.type() == std::filesystem::file_type::not_found ||
         status.type() == std::filesystem::file_type::none)
         return;
