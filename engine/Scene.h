@@ -154,6 +154,7 @@ public:
     void setDrawPathArrow(bool on);
     void setDrawTargetVisual(bool on);
     void setDrawTargetZAxisOnly(bool on);
+    void setDrawSegVisual(bool on);
     void cleanupInstanceBatches();
 
     // --- station; thread: any ---
@@ -161,6 +162,8 @@ public:
     void LoadStation();
     void addPart(sdf::SdfNode* modelNode);
     void addAssembly(sdf::SdfNode* modelNode);
+    /// Unlike the others, a frame needs the visual of its parent id, unless that is 0: it is looked up
+    /// strictly in the task.
     void addFrame(sdf::SdfNode* modelNode);
     void addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose);
     void removeVisual(std::uint32_t id);

@@ -56,7 +56,12 @@ void Scene::clearHighlightedVisual() { clearHighlightedBody(); }
 
 void Scene::clearHighlightedBody() {
     Visual* visual = std::exchange(highlightedVisual, nullptr);
-    if (visual) post([this, visual] { doSetLayer(visual, VisualStateLayer::Highlighted, false); });
+    if (!visual) return;
+    post([this, visual] {
+        // A visual that was removed meanwhile has no layers any more: its pointer is not followed.
+        if (stateManager->hasLayer(visual, VisualStateLayer::Highlighted))
+            doSetLayer(visual, VisualStateLayer::Highlighted, false);
+    });
 }
 
 // --- selection

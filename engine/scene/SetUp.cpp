@@ -168,7 +168,8 @@ void Scene::setBorderHighlightEnabled(bool on) {
             Ogre::CompositorChain::NPOS;
     if (!present) {
         AppLogger::inst()->trace(std::format("addCompositor: {}", borderHighlight));
-        compositors.addCompositor(viewport, borderHighlight, /*addPosition=*/-1);
+        // Null when the graphics card supports none of its techniques; Ogre has logged why.
+        if (!compositors.addCompositor(viewport, borderHighlight, /*addPosition=*/-1)) return;
     }
     compositors.setCompositorEnabled(viewport, borderHighlight, on);
 }

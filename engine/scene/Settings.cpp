@@ -63,7 +63,7 @@ void Scene::doSetFramesSize(unsigned int size, VisualType type) {
         // Inside the loop on purpose: a size asked for a kind that nothing has is not remembered. Tcp
         // frames share the setting of plain frames here; tcpFrameSize is only read.
         settings.frameSize = static_cast<std::int32_t>(size);
-        static_cast<FrameVisual*>(visual)->setFrameSize(size);
+        if (auto* frame = dynamic_cast<FrameVisual*>(visual)) frame->setFrameSize(size);
     }
 }
 
@@ -99,6 +99,8 @@ void Scene::setDrawTargetZAxisOnly(bool on) {
     settings.drawTargetZAxisOnly = on;
     if (settings.drawTargetVisual) post([] {});
 }
+
+void Scene::setDrawSegVisual(bool on) { settings.drawSegVisual = on; }
 
 void Scene::cleanupInstanceBatches() {
     post([this] {

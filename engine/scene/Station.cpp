@@ -72,7 +72,10 @@ void Scene::addAssembly(sdf::SdfNode* modelNode) {
 }
 
 void Scene::addFrame(sdf::SdfNode* modelNode) {
-    post([this, modelNode] { FrameVisual::Build(resolveParentVisual(modelNode), modelNode); });
+    post([this, modelNode] {
+        const std::uint32_t parentId = modelNode->parentId;
+        FrameVisual::Build(parentId == 0 ? root : visuals.at(parentId), modelNode);
+    });
 }
 
 void Scene::addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose) {
