@@ -75,7 +75,13 @@ Camera::Camera(const std::string& nameIn, Scene* scene)
     globalFrame->setScale(globalFrameScale);
 }
 
-Camera::~Camera() = default;
+Camera::~Camera() {
+    setRenderTarget(nullptr);
+    globalFrame.reset();  // listens to the Ogre camera
+    Ogre::SceneManager* scene = node->getCreator();
+    scene->destroyCamera(camera);
+    scene->destroySceneNode(node);
+}
 
 void Camera::setRenderTarget(Ogre::RenderTarget* target) {
     if (viewport) {
@@ -100,7 +106,10 @@ void Camera::setHFOV(float radians) {
 
 float Camera::getVFOV() const { return camera->getFOVy().valueRadians(); }
 
-float Camera::LimitFOV(float radians) { return std::clamp(radians, lowestFov, highestFov); }
+float Camera::LimitFOV(float radians) {
+    // In this order: std::clamp would let NaN through to the projection.
+    return std::max(lowestFov, std::min(radians, highestFov));
+}
 
 void Camera::updateFOV() {
     if (!viewport) return;

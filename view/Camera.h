@@ -17,8 +17,8 @@ namespace vrn::visual {
 
 class GlobalFrame;
 class OrbitViewController;
-class Plane;
-class Ray;
+struct Plane;
+struct Ray;
 class Scene;
 
 /// The viewport's camera: one Ogre camera on a node of its own. Angles are radians, screen positions window
@@ -31,6 +31,7 @@ public:
     /// Looks from the settings' `fromPos` (given for a Z-up world and turned for another vertical) at
     /// `targetPos`.
     Camera(const std::string& nameIn, Scene* scene);
+    /// Gives up its viewport, and takes node and Ogre camera out of the scene.
     ~Camera();
     Camera(const Camera&) = delete;
     Camera& operator=(const Camera&) = delete;
@@ -45,7 +46,7 @@ public:
     void setHFOV(float radians);
     [[nodiscard]] float getHFOV() const { return hfov; }
     [[nodiscard]] float getVFOV() const;
-    /// Clamped to 0.001 and 3.138451. Thread: pure.
+    /// Clamped to 0.001 and 3.138451; NaN counts as the lower end. Thread: pure.
     [[nodiscard]] static float LimitFOV(float radians);
     /// Fits aspect ratio and vertical field of view to the viewport; does nothing without one. For the host
     /// to call after resizing.

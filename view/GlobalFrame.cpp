@@ -1,8 +1,6 @@
 #include "view/GlobalFrame.h"
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
 #include <stdexcept>
 #include <string>
 
@@ -72,9 +70,18 @@ void SetCustomUniformForNode(Ogre::SceneNode* node, std::size_t parameter, const
         SetCustomUniformForNode(static_cast<Ogre::SceneNode*>(child), parameter, value);
 }
 
-std::uint16_t ToPixels(float value) {
-    return static_cast<std::uint16_t>(
-        std::clamp(value, 0.0f, static_cast<float>(std::numeric_limits<std::uint16_t>::max())));
+// Several cameras have axes each, and node names are unique in a scene: a taken one is left to the engine.
+Ogre::SceneNode* CreateNode(Ogre::SceneNode* parent, const std::string& name, const Ogre::Vector3& position) {
+    if (parent->getCreator()->hasSceneNode(name)) return parent->createChildSceneNode(position);
+    return parent->createChildSceneNode(name, position);
+}
+
+void DestroyWithEntities(Ogre::SceneNode* node) {
+    const auto children = node->getChildren();  // a copy: the list shrinks meanwhile
+    for (Ogre::Node* child : children) DestroyWithEntities(static_cast<Ogre::SceneNode*>(child));
+    const auto objects = node->getAttachedObjects();
+    for (Ogre::MovableObject* object : objects) node->getCreator()->destroyMovableObject(object);
+    node->getCreator()->destroySceneNode(node);
 }
 
 }  // namespace
@@ -85,11 +92,15 @@ public:
     explicit FrameListener(GlobalFrame* frameIn) : frame(frameIn) {}
 
     void cameraPreRenderScene(Ogre::Camera* camera) override {
+        frame->node->setVisible(true);
         frame->node->setPosition(placeInView);
         frame->node->setOrientation(camera->getRealOrientation().Inverse());
         for (Ogre::SceneNode* letter : frame->letterNodes)
             letter->_setDerivedOrientation(Ogre::Quaternion::IDENTITY);
     }
+
+    // Another camera's picture would show the axes turned for this one.
+    void cameraPostRenderScene(Ogre::Camera*) override { frame->node->setVisible(false); }
 
 private:
     GlobalFrame* frame;
@@ -101,26 +112,32 @@ GlobalFrame::GlobalFrame(Camera* camera)
       listener(std::make_unique<FrameListener>(this)) {
     for (const Axis axis : {Axis::X, Axis::Y, Axis::Z}) createFrameNode(axis);
     setCenter(startCenter, startCenter);
+    node->setVisible(false);
     camera->camera->addListener(listener.get());
 }
 
-GlobalFrame::~GlobalFrame() { owner->camera->removeListener(listener.get()); }
+GlobalFrame::~GlobalFrame() {
+    owner->camera->removeListener(listener.get());
+    DestroyWithEntities(node);
+}
 
 void GlobalFrame::createFrameNode(Axis axis) {
     const std::string name = std::string("Axis") + axisNames[static_cast<std::size_t>(axis)];
-    Ogre::SceneNode* axisNode = node->createChildSceneNode(name);
+    Ogre::SceneNode* axisNode = CreateNode(node, name, Ogre::Vector3::ZERO);
     axisNode->setOrientation(TurnTo(axis));
-    attachMesh(axisNode->createChildSceneNode(name + "Shaft"), UnculledMesh("frame_axis_x_shaft"), axis);
-    attachMesh(axisNode->createChildSceneNode(name + "Head", {0, 0, shaftLength}),
-               UnculledMesh("frame_axis_head"), axis);
+    attachMesh(CreateNode(axisNode, name + "Shaft", Ogre::Vector3::ZERO),
+               UnculledMesh("frame_axis_x_shaft"), axis);
+    attachMesh(CreateNode(axisNode, name + "Head", {0, 0, shaftLength}), UnculledMesh("frame_axis_head"),
+               axis);
     createLetterMesh(axis);
-    Ogre::SceneNode* letter = axisNode->createChildSceneNode(name + "Letter", {0, 0, letterDistance});
+    Ogre::SceneNode* letter = CreateNode(axisNode, name + "Letter", {0, 0, letterDistance});
     attachMesh(letter, UnculledMesh(LetterMeshName(axis)), axis);
     letterNodes[static_cast<std::size_t>(axis)] = letter;
 }
 
 // The letter round its own middle, so that it stays at the tip whichever way the axis points.
 void GlobalFrame::createLetterMesh(Axis axis) {
+    if (MeshManager::Get()->getGlobalMesh(LetterMeshName(axis))) return;  // made for another camera
     std::unique_ptr<Mesh> letter(
         MeshManager::CreateTextMesh(axisNames[static_cast<std::size_t>(axis)], 3.0));
     Box box;
@@ -142,16 +159,19 @@ void GlobalFrame::attachMesh(Ogre::SceneNode* to, const std::string& mesh, Axis 
 
 void GlobalFrame::setCenter(unsigned short x, unsigned short y) {
     center = {x, y};
-    SetCustomUniformForNode(node, centerParameter, Ogre::Vector4(x, y, 0, 0));
+    showCenter(x, y);
+}
+
+void GlobalFrame::showCenter(float xPx, float yPx) {
+    SetCustomUniformForNode(node, centerParameter, Ogre::Vector4(xPx, yPx, 0, 0));
 }
 
 void GlobalFrame::setScale(float newScale) {
     if (!(scale > 0)) return;
     if (!std::isfinite(newScale)) throw std::invalid_argument("the scale of the axes must be finite");
-    const float ratio = newScale / scale;
     scale = newScale;
-    setCenter(ToPixels(static_cast<float>(center.x) * ratio),
-              ToPixels(static_cast<float>(center.y) * ratio));
+    // From the stored centre each time, so that a repeated call changes nothing.
+    showCenter(center.x * scale, center.y * scale);
     node->setScale(scale, scale, scale);
 }
 
