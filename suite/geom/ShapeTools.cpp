@@ -33,6 +33,14 @@ constexpr double relativeDeflection = 0.001;  // of the longest side
 constexpr double smallestDeflection = 1e-4;   // a shape without extent still needs one above 0
 constexpr double ownAngularDeflection = 0.35;
 
+// The mesher's thread pool is a library that the thread sanitizer cannot look into: it would report
+// every piece of memory that passes from one of its threads to another.
+#ifdef __SANITIZE_THREAD__
+constexpr bool meshInParallel = false;
+#else
+constexpr bool meshInParallel = true;
+#endif
+
 double OwnLinearDeflection(const TopoDS_Shape& shape) {
     Bnd_Box box;
     BRepBndLib::Add(shape, box, /*useTriangulation=*/false);
@@ -76,7 +84,7 @@ void GenerateMesh(const TopoDS_Shape& shape, double linearDeflection, double ang
     const double linear = !(linearDeflection > 0) ? OwnLinearDeflection(shape) : linearDeflection;
     const double angular = !(angularDeflection > 0) ? ownAngularDeflection : angularDeflection;
     const BRepMesh_IncrementalMesh mesher(shape, linear, /*isRelative=*/false, angular,
-                                          /*isInParallel=*/true);
+                                          meshInParallel);
     TopTools_IndexedMapOfShape edges;
     TopExp::MapShapes(shape, TopAbs_EDGE, edges);
     for (int i = 1; i <= edges.Extent(); ++i) AddPolygon3D(TopoDS::Edge(edges(i)));

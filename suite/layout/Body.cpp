@@ -10,6 +10,7 @@
 #include <TopExp.hxx>
 
 #include <fstream>
+#include <locale>
 #include <mutex>
 #include <sstream>
 #include <stdexcept>
@@ -28,19 +29,31 @@ std::string TextAt(sdf::Element& element, std::string_view path) {
 std::string ReadBytes(const std::string& uri) {
     if (uri.starts_with("resource://")) return ReadFileFromURI(uri);
     std::ifstream file(UriToFilePath(uri), std::ios::binary);
+    if (!file) throw std::runtime_error("the file cannot be opened");
     std::ostringstream bytes;
-    // An empty file makes the copy fail without being unreadable: its heading is missed below.
-    if (!file || (!(bytes << file.rdbuf()) && file.bad()))
-        throw std::runtime_error("the file cannot be opened");
+    bytes << file.rdbuf();
     return std::move(bytes).str();
 }
 
-/// Asked before the reader, which prints to standard output where it misses something.
+/// Whether what stands behind the last shape of the file is the reference to the shape as a whole:
+/// an orientation with a number, and a number.
+bool EndsWithShapeReference(std::string_view bytes) {
+    const std::size_t star = bytes.rfind('*');  // closes each shape
+    if (star == std::string_view::npos) return false;
+    std::istringstream tail(std::string(bytes.substr(star + 1)));
+    char orientation = 0;
+    long shape = 0, location = 0;
+    tail.imbue(std::locale::classic());
+    tail >> orientation >> shape >> location;
+    return !tail.fail() && std::string_view("+-ie").find(orientation) != std::string_view::npos;
+}
+
+/// Asked before the reader, which prints to standard output where it misses its heading, and in a
+/// file that was cut goes on with whatever its variables hold, without end at times.
 void RequireBrep(std::string_view bytes) {
     if (bytes.substr(0, 256).find("CASCADE Topology V") == std::string_view::npos)
         throw std::runtime_error("not a B-rep file");
-    // The last table, behind all geometry.
-    if (bytes.find("\nTShapes ") == std::string_view::npos)
+    if (bytes.find("\nTShapes ") == std::string_view::npos || !EndsWithShapeReference(bytes))
         throw std::runtime_error("the file ends too early");
 }
 

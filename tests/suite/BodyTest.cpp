@@ -126,14 +126,14 @@ TEST(Body, FileThatEndsEarlyIsReported) {
     const auto file = folder.path / "box.brep";
     ASSERT_TRUE(BRepTools::Write(MakeBox(), file.c_str()));
     const std::string whole = ReadWhole(file);
-    for (const std::size_t size :
-         {std::size_t{0}, whole.size() / 8, whole.size() / 2, whole.size() - 40}) {
+    testing::internal::CaptureStdout();
+    // Each cut but those in the blanks at the end; a cut file once sent the reader round for ever.
+    for (std::size_t size = 0; size + 4 < whole.size(); size += 7) {
         WriteWhole(file, whole.substr(0, size));
         Body body("solid", file.string(), std::string("brep"));
-        testing::internal::CaptureStdout();
         EXPECT_THROW(body.ensureShapeLoaded(), std::runtime_error) << size;
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << size;
     }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
 TEST(Body, FilesOfACadSystemAreRead) {
