@@ -71,7 +71,7 @@ TopoDS_Shape MakeTable() {
 }
 
 // The angle plate stands across two slots; its studs go where the slots are.
-constexpr double plateU = 1180;
+constexpr double plateU = 1300;
 constexpr double plateStud = 130;  // from the middle of the plate to its studs, along X
 
 TopoDS_Shape MakeAnglePlate() {
@@ -101,7 +101,7 @@ TopoDS_Shape MakeAnglePlate() {
         for (const double y : {-slotPitch / 2, slotPitch / 2})
             tools.push_back(CylinderAt({x, y, -1}, {0, 0, wall + 2}, 11));
     }
-    return Moved(Cut(Fused(pieces), tools), OnTable(plateU, (SlotAt(2) + SlotAt(3)) / 2));
+    return Moved(Cut(Fused(pieces), tools), OnTable(plateU, (SlotAt(3) + SlotAt(4)) / 2));
 }
 
 /// Washer, nut and the end of a threaded stud, standing on z = 0.
@@ -118,7 +118,7 @@ TopoDS_Shape MakeStuds() {
     std::vector<TopoDS_Shape> studs;
     int turn = 0;
     for (const double x : {-plateStud, plateStud}) {
-        for (const int slot : {2, 3}) {
+        for (const int slot : {3, 4}) {
             const TopoDS_Shape turned = TurnedAboutZ(MakeStud(), {0, 0, 0}, 17.0 * turn++);
             studs.push_back(
                 Moved(turned, OnTable(plateU + x, SlotAt(slot)) + gp_Vec(0, 0, footHeight)));
@@ -128,7 +128,7 @@ TopoDS_Shape MakeStuds() {
 }
 
 // The shaft lies in two V-blocks, along X.
-constexpr double shaftU = 150, shaftV = 215, shaftAxis = 128;
+constexpr double shaftU = 90, shaftV = 215, shaftAxis = 128;
 constexpr double seatRadius = 52;  // where the blocks hold it
 constexpr double firstSeat = 95, secondSeat = 610;
 
@@ -191,11 +191,11 @@ TopoDS_Shape MakeHousing() {
     for (const double x : {-228.0, 228.0}) {
         for (const double y : {-75.0, 75.0}) tools.push_back(CylinderAt({x, y, -1}, {0, 0, 60}, 9));
     }
-    return Moved(Cut(Fused({blank, flange}), tools), OnTable(400, 625));
+    return Moved(Cut(Fused({blank, flange}), tools), OnTable(420, 640));
 }
 
 TopoDS_Shape MakeGearOnTable() {
-    return Moved(TurnedAboutZ(MakeGear({}), {0, 0, 0}, 20), OnTable(1330, 225));
+    return Moved(TurnedAboutZ(MakeGear({}), {0, 0, 0}, 20), OnTable(1160, 190));
 }
 
 }  // namespace

@@ -119,9 +119,10 @@ CameraPlacement FramePoints(std::span<const Pos> points, const Bounds& furniture
         nearest = std::max(nearest, towards);
         farthest = std::min(farthest, towards);
     }
-    // A line along the view direction or a single point would put the camera into the scene.
+    // A line along the view direction or a single point asks for no distance at all; a bar seen
+    // from its end asks for very little.
     const double distance =
-        std::max({sideways.distance(), upright.distance(), nearest + 0.5 * radius});
+        std::max({sideways.distance(), upright.distance(), nearest + 1e-4 * radius});
     const Vec eye =
         axes.right * sideways.across() + axes.up * upright.across() - axes.forward * distance;
 

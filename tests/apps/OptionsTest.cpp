@@ -1,0 +1,109 @@
+#include "apps/vrnview/Options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace vrn::host {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+Options Parsed(const std::vector<std::string>& arguments) {
+    const ParsedOptions parsed = ParseOptions(arguments);
+    if (parsed.end) ADD_FAILURE() << parsed.end->text;
+    return parsed.options.value_or(Options{});
+}
+
+/// The text of a refusal; empty if the arguments are taken.
+std::string Refusal(const std::vector<std::string>& arguments) {
+    const ParsedOptions parsed = ParseOptions(arguments);
+    EXPECT_NE(parsed.options.has_value(), parsed.end.has_value());
+    if (!parsed.end) return {};
+    EXPECT_EQ(parsed.end->status, usageError);
+    return parsed.end->text;
+}
+
+TEST(Options, DemoHasDefaults) {
+    const Options options = Parsed({"demo"});
+    EXPECT_EQ(options.command, Options::Command::Demo);
+    EXPECT_EQ(options.output, "demo.png");
+    EXPECT_EQ(options.widthPx, 1280);
+    EXPECT_EQ(options.heightPx, 720);
+    EXPECT_EQ(options.view, StandardView::Iso);
+    EXPECT_FALSE(options.saveFolder);
+}
+
+TEST(Options, DemoTakesOutputAndFolder) {
+    const Options options = Parsed({"demo", "-o", "x/y.png", "--save", "parts"});
+    EXPECT_EQ(options.output, "x/y.png");
+    EXPECT_EQ(options.saveFolder, "parts");
+}
+
+TEST(Options, RenderTakesInputsInOrderAroundItsOptions) {
+    const Options options =
+        Parsed({"render", "a.stl", "-o", "p.png", "b c.STL", "--size", "640x360", "--view", "top"});
+    EXPECT_EQ(options.command, Options::Command::Render);
+    EXPECT_THAT(options.inputs, ElementsAre("a.stl", "b c.STL"));
+    EXPECT_EQ(options.output, "p.png");
+    EXPECT_EQ(options.widthPx, 640);
+    EXPECT_EQ(options.heightPx, 360);
+    EXPECT_EQ(options.view, StandardView::Top);
+}
+
+TEST(Options, EveryViewHasItsName) {
+    ASSERT_THAT(StandardViewNames(),
+                ElementsAre("iso", "front", "back", "left", "right", "top", "bottom"));
+    for (std::size_t i = 0; i < StandardViewNames().size(); ++i)
+        EXPECT_EQ(
+            Parsed({"render", "a", "-o", "p", "--view", std::string(StandardViewNames()[i])}).view,
+            static_cast<StandardView>(i));
+}
+
+TEST(Options, InfoTakesJson) {
+    EXPECT_FALSE(Parsed({"info", "a.stl"}).json);
+    const Options options = Parsed({"info", "a.stl", "b.stl", "--json"});
+    EXPECT_EQ(options.command, Options::Command::Info);
+    EXPECT_TRUE(options.json);
+    EXPECT_THAT(options.inputs, ElementsAre("a.stl", "b.stl"));
+}
+
+TEST(Options, RenderNeedsInputAndOutput) {
+    EXPECT_THAT(Refusal({"render", "a.stl"}), HasSubstr("--output is required"));
+    EXPECT_THAT(Refusal({"render", "-o", "p.png"}), HasSubstr("inputs is required"));
+    EXPECT_THAT(Refusal({"info"}), HasSubstr("inputs is required"));
+}
+
+TEST(Options, CommandIsNeededAndKnown) {
+    EXPECT_THAT(Refusal({}), HasSubstr("subcommand is required"));
+    EXPECT_NE(Refusal({"paint"}), "");
+    EXPECT_NE(Refusal({"demo", "a.stl"}), "");
+    EXPECT_NE(Refusal({"info", "a.stl", "--view", "top"}), "");
+}
+
+TEST(Options, MalformedSizesAreRefusedByName) {
+    for (const char* size : {"640", "640x", "x480", "640X480", "0x480", "640x-1", "640x480x2",
+                             " 640x480", "8193x10", "640.5x480", "99999999999x1", ""})
+        EXPECT_THAT(Refusal({"render", "a", "-o", "p", "--size=" + std::string(size)}),
+                    HasSubstr("--size"))
+            << size;
+    EXPECT_EQ(Parsed({"render", "a", "-o", "p", "--size", "8192x1"}).widthPx, 8192);
+}
+
+TEST(Options, UnknownViewIsRefusedWithTheKnownOnes) {
+    EXPECT_THAT(Refusal({"render", "a", "-o", "p", "--view", "isometric"}),
+                HasSubstr("'isometric' is not one of iso|front|back|left|right|top|bottom"));
+}
+
+TEST(Options, HelpIsNoError) {
+    const ParsedOptions parsed = ParseOptions({"render", "--help"});
+    ASSERT_TRUE(parsed.end);
+    EXPECT_EQ(parsed.end->status, 0);
+    EXPECT_THAT(parsed.end->text, HasSubstr("--view iso|front|back|left|right|top|bottom"));
+}
+
+}  // namespace
+}  // namespace vrn::host

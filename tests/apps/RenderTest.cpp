@@ -1,0 +1,167 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/apps/TestFiles.h"
+#include "tests/apps/Vrnview.h"
+
+namespace vrn::test {
+namespace {
+
+using headless::Picture;
+using headless::Rgba;
+
+/// The viewport's ground.
+constexpr Rgba ground{115, 115, 115, 255};
+
+bool IsGround(const Rgba& pixel) { return Difference(pixel, ground) <= 2; }
+
+/// How many pixels of a region are not ground.
+int Covered(const Picture& picture, int left, int top, int right, int bottom) {
+    int count = 0;
+    for (int y = top; y < bottom; ++y)
+        for (int x = left; x < right; ++x)
+            count += Difference(picture.at(x, y), ground) > 12 ? 1 : 0;
+    return count;
+}
+
+class Render : public VrnviewTest {
+protected:
+    /// Renders one file of these triangles.
+    Picture render(const std::vector<Triangle>& triangles, std::vector<std::string> options) const {
+        WriteBinaryStl(path("shape.stl"), triangles);
+        options.insert(options.begin(), {"render", path("shape.stl"), "-o", path("shape.png")});
+        const ProcessResult result = vrnview(options);
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.err, "");
+        return Picture::loadPng(path("shape.png"));
+    }
+};
+
+TEST_F(Render, PictureHasTheSizeAskedForAndAWayBack) {
+    WriteBinaryStl(path("box.stl"), BoxTriangles({0, 0, 0}, {1, 1, 1}));
+    const ProcessResult result = vrnview({"render", path("box.stl"), "-o", path("box.png")});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out,
+              path("box.png") + "\n1 body, 1 face, 12 triangles, 36 vertices, 0 points\n");
+    EXPECT_EQ(Picture::loadPng(path("box.png")).getWidth(), 1280);
+    EXPECT_EQ(Picture::loadPng(path("box.png")).getHeight(), 720);
+    const Picture odd = render(BoxTriangles({0, 0, 0}, {1, 1, 1}), {"--size", "301x97"});
+    EXPECT_EQ(odd.getWidth(), 301);
+    EXPECT_EQ(odd.getHeight(), 97);
+}
+
+class RenderOfSizes : public Render, public testing::WithParamInterface<float> {};
+
+TEST_P(RenderOfSizes, CubeFillsThePictureAlmostToTheRim) {
+    const float size = GetParam();
+    constexpr int width = 320, height = 240;
+    // Off the origin, so that no axis of the grid runs through the tested column.
+    const Picture picture = render(BoxTriangles({size, size, size}, {2 * size, 2 * size, 2 * size}),
+                                   {"--size", "320x240", "--view", "front"});
+    const int column = width / 2 + width / 10;
+    EXPECT_FALSE(IsGround(picture.at(width / 2, height / 2)));
+    const int reach = static_cast<int>(0.89 * height / 2);
+    EXPECT_FALSE(IsGround(picture.at(column, height / 2 - reach)));
+    EXPECT_FALSE(IsGround(picture.at(column, height / 2 + reach)));
+    EXPECT_TRUE(IsGround(picture.at(column, 2)));
+    EXPECT_TRUE(IsGround(picture.at(width - 10, 10)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, RenderOfSizes, testing::Values(0.001f, 0.1f, 100.0f, 2e4f, 3e6f),
+                         [](const auto& test) { return "Case" + std::to_string(test.index); });
+
+TEST_F(Render, FlatAndLonelyShapesAreShown) {
+    const Picture triangle =
+        render({{{{0, 0, 0}, {100, 0, 0}, {0, 100, 0}}}}, {"--size", "160x120", "--view", "top"});
+    EXPECT_FALSE(IsGround(triangle.at(70, 70)));
+    // A single point, three times: nothing to see, but neither a failure.
+    render({{{{5, 5, 5}, {5, 5, 5}, {5, 5, 5}}}}, {"--size", "160x120"});
+}
+
+TEST_F(Render, EmptyStlGivesAPictureOfTheGround) {
+    const Picture picture = render({}, {"--size", "160x120", "--view", "top"});
+    EXPECT_GT(160 * 120 - Covered(picture, 0, 0, 160, 120), 160 * 120 / 2);
+}
+
+/// A cube with a thin arm along an axis; the cube's half of the picture has the most of it.
+struct ViewCase {
+    const char* view;
+    int axis;         ///< of the arm
+    int right, down;  ///< where the arm points on the picture
+};
+
+class RenderOfViews : public Render, public testing::WithParamInterface<ViewCase> {};
+
+TEST_P(RenderOfViews, ArmPointsTheWayTheAxisDoes) {
+    const auto [view, axis, right, down] = GetParam();
+    Point low{4.5f, 4.5f, 4.5f}, high{5.5f, 5.5f, 5.5f};
+    low[static_cast<std::size_t>(axis)] = 10;
+    high[static_cast<std::size_t>(axis)] = 20;
+    std::vector<Triangle> shape = BoxTriangles({0, 0, 0}, {10, 10, 10});
+    for (const Triangle& t : BoxTriangles(low, high)) shape.push_back(t);
+    constexpr int size = 200, half = size / 2;
+    const Picture picture = render(shape, {"--size", "200x200", "--view", view});
+    const int left = Covered(picture, 0, 0, half, size), top = Covered(picture, 0, 0, size, half);
+    const int all = Covered(picture, 0, 0, size, size);
+    if (right > 0) {
+        EXPECT_GT(left, 2 * (all - left));
+    }
+    if (right < 0) {
+        EXPECT_GT(all - left, 2 * left);
+    }
+    if (down > 0) {
+        EXPECT_GT(top, 2 * (all - top));
+    }
+    if (down < 0) {
+        EXPECT_GT(all - top, 2 * top);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Views, RenderOfViews,
+                         testing::Values(ViewCase{"front", 0, 1, 0}, ViewCase{"front", 2, 0, -1},
+                                         ViewCase{"back", 0, -1, 0}, ViewCase{"left", 1, -1, 0},
+                                         ViewCase{"left", 2, 0, -1}, ViewCase{"right", 1, 1, 0},
+                                         ViewCase{"top", 0, 1, 0}, ViewCase{"top", 1, 0, -1},
+                                         ViewCase{"bottom", 0, 1, 0}, ViewCase{"bottom", 1, 0, 1},
+                                         ViewCase{"iso", 2, 0, -1}),
+                         [](const auto& test) {
+                             return std::string(test.param.view) + "xyz"[test.param.axis];
+                         });
+
+TEST_F(Render, EdgesAreSmooth) {
+    // A slanted edge against the ground: on the way across it many shades occur, not only the two
+    // sides'.
+    const Picture picture =
+        render({{{{0, 0, 0}, {100, 0, 0}, {0, 70, 0}}}}, {"--size", "400x300", "--view", "top"});
+    std::set<int> between;
+    for (int y = 100; y < 200; ++y) {
+        for (int x = 100; x < 300; ++x) {
+            const int lift = picture.at(x, y).g - ground.g;
+            if (lift > 3) between.insert(lift);
+        }
+    }
+    EXPECT_GT(between.size(), 12u);
+}
+
+TEST_F(Render, BadInputLeavesTheOthersAsTheyWere) {
+    WriteBinaryStl(path("box.stl"), BoxTriangles({0, 0, 0}, {1, 1, 1}));
+    WriteBytes(path("prose.stl"), "This is no mesh.\n");
+    const ProcessResult both =
+        vrnview({"render", path("prose.stl"), path("box.stl"), path("missing.stl"), "-o",
+                 path("both.png"), "--size", "160x120"});
+    EXPECT_EQ(both.status, 1);
+    EXPECT_EQ(both.err, "vrnview: " + path("prose.stl") + ": Bad STL File\nvrnview: " +
+                            path("missing.stl") + ": No such file or directory\n");
+    ASSERT_EQ(
+        vrnview({"render", path("box.stl"), "-o", path("one.png"), "--size", "160x120"}).status, 0);
+    EXPECT_EQ(Picture::loadPng(path("both.png")).getPixels(),
+              Picture::loadPng(path("one.png")).getPixels());
+}
+
+}  // namespace
+}  // namespace vrn::test
