@@ -87,7 +87,8 @@ TEST_F(BorderHighlight, DrawsAnOutlineOfTwoPixelsRoundTheSelectedQueue) {
 }
 
 TEST_F(BorderHighlight, LeavesOtherQueuesAlone) {
-    stage.addSquare("Body", 60, grey);
+    stage.addSquare("Body", 30, grey, {-40, 0, 0})->setRenderQueueGroup(50);
+    stage.addSquare("Body", 30, grey, {40, 0, 0})->setRenderQueueGroup(52);
     const auto plain = stage.render().getPixels();
     addTo(stage);
     EXPECT_TRUE(stage.render().getPixels() == plain);
