@@ -10,6 +10,11 @@
 #include "suite/rob/VectorTypes.h"
 #include "visual/VrnVisualApi.h"
 
+namespace cadcam {
+template <class T>
+struct TMesh;
+}
+
 namespace vrn::visual {
 
 class Mesh;
@@ -80,6 +85,13 @@ public:
     /// Throws std::runtime_error "Not stl file" unless the last four characters are ".stl" or ".STL" (mixed
     /// case is refused), and what STLLoader::Load throws.
     Mesh* loadStl(const std::string& uri);
+
+    /// Takes over a mesh of the machining side: its vertices in single precision, its triangles, and normals
+    /// averaged over the triangles round a vertex, the larger ones counting for more. Stored and uploaded as
+    /// "CAM_MESH" in place of the earlier one, which is deleted; an entity that shows that one keeps its Ogre
+    /// mesh alive. Throws std::invalid_argument if `source` is null and std::out_of_range for an index without
+    /// a vertex, and then changes nothing.
+    Mesh* loadCamMesh(const cadcam::TMesh<double>* source);
 
     /// A copy of `source` for painting, named as `source` with "_paint" behind it: every vertex, normal and
     /// index, and an invisible blue (0, 0, 1, 0) on each vertex. The caller owns it. Thread: pure.

@@ -7,15 +7,18 @@
 
 #include <algorithm>
 #include <array>
-#include <clocale>
+#include <bit>
 #include <cmath>
 #include <cstring>
+#include <cstdlib>
 #include <filesystem>
+#include <format>
 #include <fstream>
 #include <iterator>
 #include <limits>
 #include <locale>
 #include <memory>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -281,6 +284,38 @@ TEST(StlNumbers, TakeTheFormsOfC) {
               (Pos{0.1f, std::numeric_limits<float>::max(), std::numeric_limits<float>::min()}));
 }
 
+/// What the "C" locale's own conversion makes of it: the nearest float, ties to even.
+float Nearest(const std::string& text) { return std::strtof(text.c_str(), nullptr); }
+
+TEST(StlNumbers, AreTheNearestFloatAtHalfWays) {
+    // Between 2^24 and 2^24 + 2; a tie goes to the even one, and the smallest digit behind it decides.
+    for (const std::string text :
+         {"16777217", "16777217.0", "16777217.00000000000000001", "16777216.99999999999999999",
+          "16777217.000000001", "16777216.999999999", "-16777217", "16777219", "1.6777217e7", "33554434",
+          "33554438", "9007199254740993", "1e22", "1e23", "123456789e22", "0.000000000000000000000000001"})
+        EXPECT_EQ(VertexOf(text + " 0 0").x, Nearest(text)) << text;
+}
+
+TEST(StlNumbers, AreTheNearestFloatInAnyNotation) {
+    std::mt19937 random(20);  // a fixed seed: a failure comes again
+    std::uniform_int_distribution<std::uint32_t> anyBits;
+    std::uniform_int_distribution<int> anyPrecision(0, 24);
+    for (int i = 0; i < 20000; ++i) {
+        const auto value = std::bit_cast<float>(anyBits(random));
+        if (!std::isfinite(value)) continue;
+        const int precision = anyPrecision(random);
+        const auto number = static_cast<double>(value);
+        // One more than the largest float may come out of rounding to few digits.
+        for (const std::string& text : {std::format("{:.{}e}", number, precision),
+                                        std::format("{:.{}g}", number, precision + 1)}) {
+            if (std::isinf(Nearest(text))) continue;
+            ASSERT_EQ(VertexOf(text + " 0 0").x, Nearest(text)) << text;
+        }
+        const std::string fixed = std::format("{:.{}f}", static_cast<double>(anyBits(random)) / 65536, precision);
+        ASSERT_EQ(VertexOf(fixed + " 0 0").x, Nearest(fixed)) << fixed;
+    }
+}
+
 TEST(StlNumbers, TooSmallForAFloatAreZero) {
     EXPECT_EQ(VertexOf("1e-50 -1e-99999999999999999999 0.000001e-45"), (Pos{0, 0, 0}));
     EXPECT_EQ(VertexOf("0.00000000000000000000000000000000000000000000000000001e2 0 0"), (Pos{0, 0, 0}));
@@ -322,6 +357,75 @@ TEST(StlLoad, ReadsTextWithoutATerminatingZeroInTheFile) {
     const TemporaryFile file("vrn_text.stl", "solid a\n" + facet + "endsolid");
     const std::unique_ptr<Mesh> mesh(STLLoader::Load("file://" + file.path.string()));
     EXPECT_EQ(mesh->vertices.size(), 3u);
+}
+
+/// A text of some megabytes whose lines end where a reader in pieces could go wrong.
+std::string UnevenText() {
+    std::mt19937 random(3);
+    std::uniform_int_distribution<int> anyNumber(-99999, 99999), anyShape(0, 9);
+    const auto three = [&] {
+        return std::format("{} {}.5 {}e-3", anyNumber(random), anyNumber(random), anyNumber(random));
+    };
+    std::string text = "solid endfacet\n";
+    for (int i = 0; i < 25000; ++i) {
+        const int shape = anyShape(random);
+        const char gap = shape < 8 ? '\n' : ' ';
+        text += std::format("facet normal{}{}{} outer loop vertex {}{}vertex {} vertex{}{} endloop{}endfacet",
+                            gap, three(), gap, three(), gap, three(), gap, three(), gap);
+        if (shape == 5) text += "\nendsolid endfacet\nsolid facet endfacet";
+        text += shape == 9 ? "  " : shape == 7 ? " \t\r\n" : "\n";
+    }
+    return text + "endsolid";
+}
+
+TEST(StlLoad, ReadsALargeTextInPiecesAsInOne) {
+    const std::string text = UnevenText();
+    ASSERT_GT(text.size(), 3'000'000u);
+    const TemporaryFile file("vrn_large.stl", text);
+    const Mesh whole = ReadText(text);
+    const std::unique_ptr<Mesh> pieces(STLLoader::Load(file.path.string()));
+    EXPECT_EQ(whole.vertices.size(), 75000u);
+    EXPECT_TRUE(pieces->vertices == whole.vertices);
+    EXPECT_TRUE(pieces->normals == whole.normals);
+    EXPECT_TRUE(pieces->indices == whole.indices);
+}
+
+TEST(StlLoad, ReadsALargeTextOnOneLine) {
+    std::string text;
+    for (int i = 0; i < 25000; ++i) text += facet;
+    std::ranges::replace(text, '\n', ' ');
+    ASSERT_GT(text.size(), 2'000'000u);
+    const TemporaryFile file("vrn_line.stl", text);
+    const std::unique_ptr<Mesh> mesh(STLLoader::Load(file.path.string()));
+    EXPECT_EQ(mesh->vertices.size(), 75000u);
+}
+
+TEST(StlLoad, EndsATextAtItsFirstZeroAsReadersOfOnePieceDo) {
+    std::string text = facet;
+    text += '\0';
+    text += "rubbish" + std::string(200, ' ');
+    const TemporaryFile file("vrn_zero.stl", text);
+    const std::unique_ptr<Mesh> mesh(STLLoader::Load(file.path.string()));
+    EXPECT_EQ(mesh->vertices.size(), 3u);
+}
+
+TEST(StlLoad, ReadsALargeBinaryFileInPiecesAsInOne) {
+    const std::string bytes = Binary(50001);
+    const TemporaryFile file("vrn_binary.stl", bytes);
+    Mesh whole("whole");
+    STLLoader::readStl(bytes.data(), bytes.size(), &whole);
+    const std::unique_ptr<Mesh> pieces(STLLoader::Load(file.path.string()));
+    EXPECT_EQ(pieces->vertices.size(), 150003u);
+    EXPECT_TRUE(pieces->vertices == whole.vertices);
+    EXPECT_TRUE(pieces->normals == whole.normals);
+    EXPECT_TRUE(pieces->indices == whole.indices);
+}
+
+TEST(StlLoad, RefusesALargeTextThatIsBrokenFarBehind) {
+    std::string text = UnevenText();
+    text.insert(text.find("vertex", 2'500'000), "vertex 1 2 x ");
+    const TemporaryFile file("vrn_large_bad.stl", text);
+    EXPECT_THROW(delete STLLoader::Load(file.path.string()), std::runtime_error);
 }
 
 std::string LoadError(const std::string& uri) {
