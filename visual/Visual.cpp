@@ -36,10 +36,14 @@ Ogre::Vector3 ToOgre(const Pos& p) { return {p.x, p.y, p.z}; }
 Pos FromOgre(const Ogre::Vector3& v) { return {v.x, v.y, v.z}; }
 Rotation FromOgre(const Ogre::Quaternion& q) { return {q.w, q.x, q.y, q.z}; }
 
-// A zero quaternion would turn the node into NaN: it counts as no turn.
+// A zero quaternion would turn the node into NaN: it counts as no turn. In double, where the squares of no
+// float overflow or vanish.
 Ogre::Quaternion ToOgre(const Rotation& r) {
-    const Ogre::Quaternion q(r.w, r.x, r.y, r.z);
-    return q.Norm() > 0 ? q : Ogre::Quaternion::IDENTITY;
+    const double w = r.w, x = r.x, y = r.y, z = r.z;
+    const double length = std::sqrt(w * w + x * x + y * y + z * z);
+    if (!(length > 0)) return Ogre::Quaternion::IDENTITY;
+    const auto unit = [length](double component) { return static_cast<float>(component / length); };
+    return {unit(w), unit(x), unit(y), unit(z)};
 }
 
 bool IsFinite(const Pos& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
@@ -47,6 +51,12 @@ bool IsFinite(const Rotation& r) {
     return std::isfinite(r.w) && std::isfinite(r.x) && std::isfinite(r.y) && std::isfinite(r.z);
 }
 bool IsFinite(const Pose& pose) { return IsFinite(pose.position) && IsFinite(pose.rotation); }
+
+// The node that the node of a new visual hangs under.
+Ogre::SceneNode* NodeOf(const Visual* parent) {
+    if (!parent) throw std::invalid_argument("a visual needs a parent, got null");
+    return parent->node;
+}
 
 bool IsLocalFrame(const Visual* visual) {
     return visual->getName().find("Local Frame") != std::string::npos;
@@ -70,22 +80,23 @@ Visual::Visual(Scene* scene)
 }
 
 Visual::Visual(std::uint32_t idIn, const std::string& name, Visual* parent)
-    : id(idIn), node(parent->node->createChildSceneNode(name)) {
+    : id(idIn), node(NodeOf(parent)->createChildSceneNode(name)) {
     bind();
 }
 
 Visual::Visual(std::uint32_t idIn, const SharedName& name, Visual* parent) : id(idIn) {
-    if (parent->node->getCreator()->hasSceneNode(name.text)) {
-        node = parent->node->createChildSceneNode();
+    Ogre::SceneNode* above = NodeOf(parent);
+    if (above->getCreator()->hasSceneNode(name.text)) {
+        node = above->createChildSceneNode();
         sharedName = name.text;
     } else {
-        node = parent->node->createChildSceneNode(name.text);
+        node = above->createChildSceneNode(name.text);
     }
     bind();
 }
 
 Visual::Visual(std::uint32_t idIn, Visual* parent)
-    : id(idIn), node(parent->node->createChildSceneNode()) {
+    : id(idIn), node(NodeOf(parent)->createChildSceneNode()) {
     bind();
 }
 
@@ -97,14 +108,13 @@ Visual::Visual(const std::string& name)
 Visual::Visual(Visual* parent) : Visual("Visual_", parent) {}
 
 Visual::Visual(const std::string& name, Visual* parent) : id(TransientId()) {
-    node = parent->node->createChildSceneNode(name + std::to_string(id));
+    node = NodeOf(parent)->createChildSceneNode(name + std::to_string(id));
     bind();
 }
 
+// Delegates, so that a pose that is refused takes the node out of the tree again.
 Visual::Visual(sdf::SdfNode* modelNode, Visual* parent)
-    : id(modelNode->id),
-      node(parent->node->createChildSceneNode(std::format("{}_{}", modelNode->name, modelNode->id))) {
-    bind();
+    : Visual(modelNode->id, std::format("{}_{}", modelNode->name, modelNode->id), parent) {
     if (modelNode->element->get("pose")) setPose(Pose(modelNode->getPose()));
 }
 
@@ -162,7 +172,10 @@ void Visual::setVisible(bool show, bool cascade) {
 }
 
 void Visual::setScale(double x, double y, double z) {
-    node->setScale(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
+    const Pos scale{static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
+    if (!IsFinite(scale))
+        throw std::invalid_argument(std::format("the scale of \"{}\" must be finite", getName()));
+    node->setScale(ToOgre(scale));
 }
 
 void Visual::resetAppearance() {
@@ -202,7 +215,10 @@ void Visual::detachVisual(Visual* child) {
     if (child && child->node->getParent() == node) node->removeChild(child->node);
 }
 
-void Visual::attachTo(Visual* parent) { parent->attachVisual(this); }
+void Visual::attachTo(Visual* parent) {
+    if (!parent) throw std::invalid_argument("attachTo: the parent is null");
+    parent->attachVisual(this);
+}
 
 void Visual::detach() {
     if (Visual* parent = getParent()) parent->detachVisual(this);
@@ -303,7 +319,10 @@ void Visual::setWorldPose(const Pose& pose) {
 
 Pose Visual::getWorldPose() const { return {getWorldPosition(), getWorldRotation()}; }
 
-void Visual::attachObject(Ogre::MovableObject* object) { node->attachObject(object); }
+void Visual::attachObject(Ogre::MovableObject* object) {
+    if (!object) throw std::invalid_argument("attachObject: the object is null");
+    node->attachObject(object);
+}
 
 void Visual::detachObject(Ogre::MovableObject* object) { node->detachObject(object); }
 
@@ -317,10 +336,12 @@ const std::string& Visual::getName() const { return sharedName.empty() ? node->g
 
 void Visual::setMaterial(const std::string& normal, const std::string& selected,
                          const std::string& highlighted) {
-    material = normal;
-    selectedMaterial = selected;
-    highlightedMaterial = highlighted;
-    for (Visual* child : getChildren()) child->setMaterial(normal, selected, highlighted);
+    // Copied before anything is stored: an argument may be a name of this visual or of one below it.
+    const std::array names{normal, selected, highlighted};
+    material = names[0];
+    selectedMaterial = names[1];
+    highlightedMaterial = names[2];
+    for (Visual* child : getChildren()) child->setMaterial(names[0], names[1], names[2]);
 }
 
 void Visual::dump(unsigned indent) const {

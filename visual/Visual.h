@@ -33,7 +33,8 @@ struct SharedName {
 /// tree of scene nodes itself. There is no list of children: parent and children are found through the nodes.
 ///
 /// A visual is made by a class's static `Build`, entered in Scene::visuals by its builder, and freed by
-/// Scene::deleteVisual; a pointer to it is valid from the one to the other. Lengths are model units.
+/// Scene::deleteVisual; a pointer to it is valid from the one to the other. Lengths are model units. Every
+/// constructor that takes a parent throws std::invalid_argument if it is null.
 /// Thread: render, for every operation of the class.
 class VRN_VISUAL_API Visual {
 public:
@@ -86,7 +87,8 @@ public:
     /// Shows or hides what hangs on this node; with `cascade` the children too, except those that are
     /// attached, that stop walks, or whose name contains "Local Frame": these keep their own state.
     virtual void setVisible(bool show, bool cascade);
-    /// Component-wise scale of the node; narrowed to float. Marks nothing dirty.
+    /// Component-wise scale of the node; narrowed to float. Marks nothing dirty. Throws
+    /// std::invalid_argument, and changes nothing, for a component that is not finite in single precision.
     virtual void setScale(double x, double y, double z);
     virtual void resetAppearance();
     virtual void setSelected();
@@ -101,7 +103,9 @@ public:
     void attachVisual(Visual* child);
     /// Takes the node of `child` out of this one; a child of another visual is left where it is.
     void detachVisual(Visual* child);
+    /// parent->attachVisual(this); throws std::invalid_argument for null.
     void attachTo(Visual* parent);
+    /// Out of the parent; does nothing without one.
     void detach();
     /// Null without a parent, or when the parent node belongs to no visual.
     [[nodiscard]] Visual* getParent() const;
@@ -134,13 +138,13 @@ public:
     void setWorldPose(const rob::PoseTemplate<float>& pose);
     [[nodiscard]] rob::PoseTemplate<float> getWorldPose() const;
 
-    /// `object` must not be null and hang on no other node.
+    /// Throws std::invalid_argument for null, and Ogre's exception for an object that hangs on a node.
     void attachObject(Ogre::MovableObject* object);
     void detachObject(Ogre::MovableObject* object);
     [[nodiscard]] bool hasAttachedObject(const std::string& objectName) const;
     [[nodiscard]] const std::string& getName() const;
 
-    /// Stores the three names here and in all descendants. They take effect at the next resetAppearance,
+    /// Stores the three names here and in all descendants; they may be names of these visuals. They take effect at the next resetAppearance,
     /// setSelected or setHighlighted.
     void setMaterial(const std::string& normal, const std::string& selected,
                      const std::string& highlighted);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <deque>
-#include <initializer_list>
 #include <vector>
 
 #include "visual/Visual.h"
@@ -32,14 +31,17 @@ private:
     bool includeAttached;
 };
 
-/// The same walk over several starting visuals, taking every child. `Node` needs getChildren().
+/// The same walk over several starting visuals, taking every child. `Node` needs getChildren(). A null start
+/// gives nothing.
 template <class Node>
 class ForestIterator {
 public:
     explicit ForestIterator(Node* start) {
         if (start) pending.push_back(start);
     }
-    explicit ForestIterator(const std::vector<Node*>& starts) : pending(starts.begin(), starts.end()) {}
+    explicit ForestIterator(const std::vector<Node*>& starts) : pending(starts.begin(), starts.end()) {
+        std::erase(pending, nullptr);
+    }
 
     bool next() {
         if (pending.empty()) return false;
@@ -48,6 +50,7 @@ public:
         for (Node* child : current->getChildren()) pending.push_back(child);
         return true;
     }
+    /// The current visual; null before the first next().
     [[nodiscard]] Node* value() const { return current; }
 
 private:
