@@ -1,5 +1,6 @@
 #include "visual/geometry/ArrowVisual.h"
 
+#include <memory>
 #include <stdexcept>
 
 #include <BRep_Tool.hxx>
@@ -16,18 +17,18 @@ ArrowVisual* ArrowVisual::Build(Visual* parent, const rob::PosTemplate<float>& p
                                 const rob::Vec3Template<float>& direction,
                                 const std::string& hexColor) {
     const auto rotation = rob::RotationTemplate<float>::From2Dirs({0, 0, 1}, direction);
-    auto* arrow = new ArrowVisual(parent);
+    std::unique_ptr<ArrowVisual> arrow(new ArrowVisual(parent));  // the tree's once it is placed
     arrow->attachMesh("mfg_arrow");
     arrow->setMaterial("Axis", "Axis", "Axis");
     arrow->resetAppearance();
     arrow->setColor(hexColor);
     arrow->setPosition(position);
     arrow->setRotation(rotation);
-    return arrow;
+    return arrow.release();
 }
 
 ArrowVisual* ArrowVisual::Build(Visual* parent, const TopoDS_Edge& edge, bool atEnd) {
-    if (edge.IsNull() || BRep_Tool::Degenerated(edge))
+    if (edge.IsNull() || BRep_Tool::Degenerated(edge) || !BRep_Tool::IsGeometric(edge))
         throw std::invalid_argument("an arrow needs an edge with a curve");
     const BRepAdaptor_Curve curve(edge);
     // A reversed edge runs against its curve.

@@ -72,7 +72,7 @@ MeshVisual* MeshVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
 MeshVisual* MeshVisual::BuildArrow(Visual* parent, const rob::PosTemplate<float>& position,
                                    const rob::DirTemplate<float>& direction) {
     const auto rotation = rob::RotationTemplate<float>::From2Dirs({0, 0, 1}, direction.asVec3());
-    auto* arrow = new MeshVisual(arrowMesh, parent);
+    auto arrow = std::make_unique<MeshVisual>(arrowMesh, parent);  // the tree's once it is placed
     arrow->attachMesh(arrowMesh);
     arrow->setMaterial("Axis", "", "");
     arrow->resetAppearance();
@@ -80,7 +80,7 @@ MeshVisual* MeshVisual::BuildArrow(Visual* parent, const rob::PosTemplate<float>
     const double scale = Scene::Get()->settings.arrowSizeLevel / 5.0;
     arrow->setScale(scale, scale, scale);
     arrow->setPose({position, rotation});
-    return arrow;
+    return arrow.release();
 }
 
 void MeshVisual::attachMesh(const std::string& name) {
@@ -115,7 +115,7 @@ void MeshVisual::setBodyColor(const rob::ColorTemplate<float>& color, float alph
 void MeshVisual::resetColor() { setColor(geometry::BodyColorTool::GetBodyColor(id)); }
 
 std::optional<Visual*> MeshVisual::copy(Visual* parent) {
-    auto* replica = new MeshVisual(getName(), parent);
+    auto* replica = new MeshVisual(getName(), parent ? parent : Scene::Get()->root);
     replica->copied = true;
     if (entity) {
         replica->showMesh(meshName);

@@ -20,21 +20,24 @@ public:
 
     /// An STL body of the model: geometry URI, colour, material and "detectable" are read from it, absent
     /// ones being detectable and the material "Body"; entered in the registry and in the selection.
-    /// Throws what reading the file throws, and leaves the visual in the registry then, without a picture.
+    /// Throws std::bad_cast for an object that is no body, std::bad_any_cast for a value of the wrong type,
+    /// what attachMesh throws for the URI and what Hex2RGB throws for the colour; then nothing is left.
     static MeshVisual* Build(Visual* parent, sdf::SdfNode* modelNode);
     /// The built-in arrow at `position` along `direction` (need not be of unit length), in the frame of
-    /// `parent`; scaled by the scene's arrow size level. Throws std::overflow_error for a zero direction.
+    /// `parent`; scaled by the scene's arrow size level. Throws std::overflow_error for a zero direction, and
+    /// then leaves the tree as it was.
     static MeshVisual* BuildArrow(Visual* parent, const rob::PosTemplate<float>& position,
                                   const rob::DirTemplate<float>& direction);
 
     /// Shows the mesh `name`: a built-in one, a registered one, or else an STL file to be read. What was
-    /// shown before goes. Throws "Not stl file" and the reader's other errors, and shows nothing then.
+    /// shown before goes. Throws "Not stl file" and the reader's other errors, and keeps showing what it did.
     void attachMesh(const std::string& name);
 
     void setColor(const rob::ColorTemplate<float>& color, float alpha);
-    /// A hash sign and six hexadecimal digits. Throws std::invalid_argument or std::out_of_range.
+    /// As Hex2RGB reads it, opaque; throws what that throws. Neither does anything without a mesh.
     void setColor(const std::string& hexColor);
 
+    /// With the mesh, the colour and the pose of this one, in the look of previews.
     std::optional<Visual*> copy(Visual* parent) override;
     std::uint32_t getBodiesNum() override;
     std::uint32_t getFacesNum() override;
