@@ -1,6 +1,7 @@
 // Highlight, selection, materials, collision marks, colours.
 
 #include <algorithm>
+#include <stdexcept>
 
 #include <OgreSceneNode.h>
 
@@ -16,19 +17,37 @@ namespace vrn::visual {
 
 namespace {
 
+// A visual as the caller saw it.
+struct NotedVisual {
+    explicit NotedVisual(Visual* seen) : id(seen->id), visual(seen) {}
+
+    std::uint32_t id;
+    Visual* visual;
+};
+
+// Whether the visual is still there. A task ahead in the queue may have removed it, so it is compared and not
+// followed. What stands in no registry, such as an arrow, is looked for in the tree.
+bool IsPresent(const Scene& scene, const NotedVisual& noted) {
+    const auto found = scene.visuals.find(noted.id);
+    if (found != scene.visuals.end() && found->second == noted.visual) return true;
+    for (ForestIterator<Visual> it(scene.root); it.next();)
+        if (it.value() == noted.visual) return true;
+    return false;
+}
+
 bool HasPicture(const Visual* visual) { return visual->node->numAttachedObjects() > 0; }
 
-void CollectBodiesBelow(const Visual* visual, std::vector<Visual*>& bodies) {
+void CollectBodiesBelow(const Visual* visual, std::vector<NotedVisual>& bodies) {
     for (Visual* child : visual->getChildren()) {
         const bool isBody = child->type == VisualType::Solid || child->type == VisualType::Mesh;
-        if (isBody && HasPicture(child)) bodies.push_back(child);
+        if (isBody && HasPicture(child)) bodies.emplace_back(child);
         CollectBodiesBelow(child, bodies);
     }
 }
 
 // The bodies that a collision with `visual` marks: a solid itself, solids and meshes below it.
-void CollectBodies(Visual* visual, std::vector<Visual*>& bodies) {
-    if (visual->type == VisualType::Solid && HasPicture(visual)) bodies.push_back(visual);
+void CollectBodies(Visual* visual, std::vector<NotedVisual>& bodies) {
+    if (visual->type == VisualType::Solid && HasPicture(visual)) bodies.emplace_back(visual);
     CollectBodiesBelow(visual, bodies);
 }
 
@@ -47,7 +66,9 @@ void Scene::setVisualHighlighted(Visual* visual) {
     clearHighlightedVisual();
     if (!visual || isSelected(visual)) return;
     highlightedVisual = visual;
-    post([this, visual] { doSetLayer(visual, VisualStateLayer::Highlighted, true); });
+    post([this, noted = NotedVisual(visual)] {
+        if (IsPresent(*this, noted)) doSetLayer(noted.visual, VisualStateLayer::Highlighted, true);
+    });
 }
 
 void Scene::setVisualHighlighted(std::uint32_t id) { setVisualHighlighted(visuals.at(id)); }
@@ -85,7 +106,10 @@ void Scene::setVisualSelected(std::uint32_t id) {
     });
 }
 
-void Scene::setVisualSelected(Visual* visual) { setVisualSelected(visual->id); }
+void Scene::setVisualSelected(Visual* visual) {
+    if (!visual) throw std::invalid_argument("setVisualSelected: the visual is null");
+    setVisualSelected(visual->id);
+}
 
 void Scene::setVisualsSelected(const std::vector<std::uint32_t>& ids) {
     clearHighlightedVisual();
@@ -145,27 +169,28 @@ void Scene::doSetLayer(Visual* visual, VisualStateLayer layer, bool on, const st
 // --- materials
 
 void Scene::bodyVisualUseMaterial(std::uint32_t id, const std::string& materialName) {
-    Visual* visual = visuals.at(id);
-    post([this, visual, materialName] {
-        doSetLayer(visual, VisualStateLayer::Material, true, materialName);
+    post([this, noted = NotedVisual(visuals.at(id)), materialName] {
+        if (IsPresent(*this, noted))
+            doSetLayer(noted.visual, VisualStateLayer::Material, true, materialName);
     });
 }
 
 void Scene::bodyVisualUseDefaultMaterial(std::uint32_t id) {
-    Visual* visual = visuals.at(id);
-    post([this, visual] { doSetLayer(visual, VisualStateLayer::Material, false); });
+    post([this, noted = NotedVisual(visuals.at(id))] {
+        if (IsPresent(*this, noted)) doSetLayer(noted.visual, VisualStateLayer::Material, false);
+    });
 }
 
 // --- collision
 
 void Scene::setVisualCollisionEmphasizeState(std::uint32_t id, VisualCollisionState state) {
-    Visual* visual = visuals.at(id);
-    post([this, visual, state] {
-        stateManager->setLayer(visual, VisualStateLayer::EmphasizeGroupA,
+    post([this, noted = NotedVisual(visuals.at(id)), state] {
+        if (!IsPresent(*this, noted)) return;
+        stateManager->setLayer(noted.visual, VisualStateLayer::EmphasizeGroupA,
                                state == VisualCollisionState::GroupA, {});
-        stateManager->setLayer(visual, VisualStateLayer::EmphasizeGroupB,
+        stateManager->setLayer(noted.visual, VisualStateLayer::EmphasizeGroupB,
                                state == VisualCollisionState::GroupB, {});
-        stateManager->refresh(visual);
+        stateManager->refresh(noted.visual);
     });
 }
 
@@ -174,18 +199,20 @@ void Scene::clearVisualCollisionEmphasizeState(std::uint32_t id) {
 }
 
 void Scene::setCollision(std::uint32_t id, bool on) {
-    std::vector<Visual*> bodies;
+    std::vector<NotedVisual> bodies;
     CollectBodies(visuals.at(id), bodies);
     post([this, bodies, on] {
-        for (Visual* body : bodies) doSetLayer(body, VisualStateLayer::Contact, on);
+        for (const NotedVisual& body : bodies)
+            if (IsPresent(*this, body)) doSetLayer(body.visual, VisualStateLayer::Contact, on);
     });
 }
 
 void Scene::setCollisionHighlights(const std::vector<std::uint32_t>& ids, bool on) {
-    std::vector<Visual*> bodies;
+    std::vector<NotedVisual> bodies;
     for (const std::uint32_t id : ids) CollectBodies(visuals.at(id), bodies);
     post([this, bodies, on] {
-        for (Visual* body : bodies) doSetLayer(body, VisualStateLayer::NearMiss, on);
+        for (const NotedVisual& body : bodies)
+            if (IsPresent(*this, body)) doSetLayer(body.visual, VisualStateLayer::NearMiss, on);
     });
 }
 
