@@ -60,13 +60,16 @@ double Outside(const Box& box, const DVec& p) {
                      side(box.min.z, box.max.z, p.z)});
 }
 
-/// The minimum of a convex function over [0, 1].
+/// The minimum of a convex function over [0, 1]; the place is found to 1e-8.
 template <class Function>
 double ConvexMinimum(const Function& f) {
     double low = 0, high = 1;
-    for (int i = 0; i < 64; ++i) {
+    for (int i = 0; i < 32; ++i) {
         const double a = low + (high - low) * 0.45, b = low + (high - low) * 0.55;
-        (f(a) <= f(b) ? high : low) = f(a) <= f(b) ? b : a;
+        if (f(a) <= f(b))
+            high = b;
+        else
+            low = a;
     }
     return f((low + high) / 2);
 }
