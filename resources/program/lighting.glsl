@@ -59,6 +59,8 @@ vec3 Shade(vec3 colour, vec3 n, vec3 position, float gloss) {
         float mirror = max(dot(n, normalize(towards + toEye)), 0.0);
         shine += lightSpecular[i].rgb * pow(mirror, 48.0) * step(0.0, dot(n, towards));
     }
+    // A trace of it comes back from any surface, or black bodies would have no shape.
+    shine += 0.1 * SoftClip(light);
     // A body darkens towards its outline, which sets it off from what lies behind it.
     light *= 1.0 - 0.22 * pow(1.0 - facing, 3.0);
     return colour * SoftClip(light) + gloss * shine;

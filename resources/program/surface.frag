@@ -21,7 +21,7 @@ out vec4 pixel;
 vec3 Liveried(vec3 given) {
     float most = max(given.r, max(given.g, given.b));
     float least = min(given.r, min(given.g, given.b));
-    return mix(given, livery.rgb, livery.a * smoothstep(0.06, 0.16, most - least));
+    return mix(given, livery.rgb, livery.a * smoothstep(0.15, 0.30, most - least));
 }
 
 void main() {

@@ -23,7 +23,7 @@ namespace {
 constexpr const char* compositor = "BorderHighlight";
 constexpr Ogre::uint8 selectedQueue = 51;
 
-const Colour outline(1.0f, 0.80f, 0.38f);
+const Colour outline(0.56f, 0.86f, 1.0f);
 const Ogre::Vector4 grey(0.5f, 0.5f, 0.5f, 1);
 
 void Enable(Stage& stage, bool on) {

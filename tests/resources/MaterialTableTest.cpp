@@ -28,11 +28,11 @@ const Colour own(0.2f, 0.4f, 0.8f);
 const Colour ofVertices(0.7f, 0.2f, 0.6f);
 
 // The two states that every family shows in the same way.
-const Colour selected(1.0f, 0.56f, 0.1f);
-const Colour highlighted(1.0f, 0.82f, 0.5f);
+const Colour selected(0.12f, 0.52f, 1.0f);
+const Colour highlighted(0.44f, 0.76f, 1.0f);
 
 Colour Selected(const Colour& base) { return Mix(base, selected, 0.78f); }
-Colour Highlighted(const Colour& base) { return Mix(base, highlighted, 0.5f); }
+Colour Highlighted(const Colour& base) { return Mix(base, highlighted, 0.62f); }
 /// What is seen where a surface lets `1 - opacity` of the background through.
 Colour Veiled(const Colour& colour, float opacity) {
     return Mix(Colour(stageBackground.data()), colour, opacity);
@@ -40,11 +40,11 @@ Colour Veiled(const Colour& colour, float opacity) {
 
 const Colour abb(0.86f, 0.87f, 0.88f);
 const Colour fanuc(0.98f, 0.80f, 0.10f);
-const Colour kuka(0.96f, 0.36f, 0.06f);
-const Colour yaskawa(0.16f, 0.40f, 0.74f);
-const Colour path(0.16f, 0.86f, 0.80f);
-const Colour selectedLine(1.0f, 0.56f, 0.1f);
-const Colour highlightedLine(1.0f, 0.85f, 0.5f);
+const Colour kuka(0.96f, 0.42f, 0.10f);
+const Colour yaskawa(0.10f, 0.30f, 0.60f);
+const Colour path(0.98f, 0.85f, 0.30f);
+const Colour selectedLine(0.1f, 0.47f, 1.0f);
+const Colour highlightedLine(0.15f, 0.85f, 1.0f);
 const Colour white(1.0f, 1.0f, 1.0f);
 
 // Every material that a visual, an operation of the scene or a host may name.
@@ -67,14 +67,14 @@ const std::vector<MaterialRow> materialRows{
     {"YASKAWA", Drawn::Surface, yaskawa},
     {"YASKAWASelected", Drawn::Surface, Selected(yaskawa)},
     {"YASKAWAHighlighted", Drawn::Surface, Highlighted(yaskawa)},
-    {"EmphasizeCollisionGroupA", Drawn::Surface, Mix(own, {0.22f, 0.52f, 0.92f}, 0.75f)},
+    {"EmphasizeCollisionGroupA", Drawn::Surface, Mix(own, {0.16f, 0.72f, 0.56f}, 0.75f)},
     {"EmphasizeCollisionGroupB", Drawn::Surface, Mix(own, {0.58f, 0.36f, 0.86f}, 0.75f)},
     {"CollisionNearMiss", Drawn::Surface, Mix(own, {0.98f, 0.86f, 0.12f}, 0.8f)},
     {"CollisionContact", Drawn::Surface, Mix(own, {0.92f, 0.08f, 0.12f}, 0.85f)},
     {"MeshBody", Drawn::Surface, {0.62f, 0.74f, 0.70f}},
 
     {"TransBody", Drawn::Veil, Veiled(Mix(own, {0.62f, 0.80f, 1.0f}, 0.45f), 0.45f)},
-    {"PreviewFace", Drawn::Veil, Veiled({0.16f, 0.68f, 0.98f}, 0.6f)},
+    {"PreviewFace", Drawn::Veil, Veiled({0.30f, 0.95f, 0.45f}, 0.6f)},
     {"WorkEnvelope", Drawn::Veil, Veiled({0.36f, 0.72f, 0.94f}, 0.18f)},
     {"WorkEnvelope3D", Drawn::Veil, Veiled({0.36f, 0.72f, 0.94f}, 0.18f)},
     {"VectorBand", Drawn::Veil, Veiled(own, 0.5f)},
