@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -168,6 +169,23 @@ TEST_F(SceneQueue, PostsOfSeveralThreadsAllRunEachThreadInItsOwnOrder) {
         ASSERT_EQ(numbers.size(), static_cast<std::size_t>(postsEach));
         EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
     }
+}
+
+TEST_F(SceneQueue, PostingWhileTheRenderThreadDrainsLosesNothing) {
+    constexpr int threadCount = 4, postsEach = 2000;
+    std::atomic<int> signals = 0;
+    const auto subscription = SignalBroker::onUpdateScene([&] { ++signals; });
+    int ran = 0;  // tasks run on this thread alone
+    std::vector<std::thread> threads;
+    for (int t = 0; t < threadCount; ++t)
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < postsEach; ++i)
+                scene().addRenderTask([&ran] { ++ran; }, /*key=*/i % 3 == 0 ? 0 : t + 1 + i * 8);
+        });
+    while (ran < threadCount * postsEach) scene().processMsgs();
+    for (auto& thread : threads) thread.join();
+    EXPECT_EQ(ran, threadCount * postsEach);
+    EXPECT_EQ(signals, threadCount * postsEach);
 }
 
 TEST_F(SceneQueue, LoadTasksWaitForTheNextStationLoad) {
