@@ -3,13 +3,16 @@
 #include <cstddef>
 #include <string_view>
 
+#include "visual/VrnVisualApi.h"
+
 namespace vrn::visual {
 
 class Mesh;
+class StlWords;
 
 /// Reads the text form of an STL file, in one piece or several, into a record. What the text may hold, and
 /// what is thrown, stands at STLLoader::readAscii. Thread: pure.
-class StlText {
+class VRN_VISUAL_API StlText {
 public:
     /// `size`: how many bytes are to come in all, to make room at once.
     StlText(Mesh& target, std::size_t size) : mesh(target), bytesExpected(size) {}
@@ -25,7 +28,7 @@ public:
     [[nodiscard]] static std::size_t PieceLength(std::string_view text);
 
 private:
-    void readFacet(class StlWords& words);
+    void readFacet(StlWords& words);
 
     Mesh& mesh;
     std::size_t bytesExpected;

@@ -1,6 +1,7 @@
 #include "mesh/STLLoader.h"
 
 #include "mesh/Mesh.h"
+#include "mesh/StlText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -288,9 +289,11 @@ TEST(StlNumbers, TakeTheFormsOfC) {
 float Nearest(const std::string& text) { return std::strtof(text.c_str(), nullptr); }
 
 TEST(StlNumbers, AreTheNearestFloatAtHalfWays) {
-    // Between 2^24 and 2^24 + 2; a tie goes to the even one, and the smallest digit behind it decides.
+    // The first four are, as double, just half-way between two floats, but not in truth. Then between 2^24 and
+    // 2^24 + 2: a tie goes to the even one, and the smallest digit behind it decides.
     for (const std::string text :
-         {"16777217", "16777217.0", "16777217.00000000000000001", "16777216.99999999999999999",
+         {"0.06986991688609123", "0.0000908115653146524", "22.92427349090576", "1.030589997768402",
+          "16777217", "16777217.0", "16777217.00000000000000001", "16777216.99999999999999999",
           "16777217.000000001", "16777216.999999999", "-16777217", "16777219", "1.6777217e7", "33554434",
           "33554438", "9007199254740993", "1e22", "1e23", "123456789e22", "0.000000000000000000000000001"})
         EXPECT_EQ(VertexOf(text + " 0 0").x, Nearest(text)) << text;
@@ -342,6 +345,26 @@ TEST(StlNumbers, DoNotDependOnTheHostsLocale) {
     const Pos vertex = VertexOf("1.5 1000.25 -2.5e1");
     std::locale::global(before);
     EXPECT_EQ(vertex, (Pos{1.5f, 1000.25f, -25}));
+}
+
+// ---- pieces
+
+TEST(StlPieces, EndBehindTheLastLineThatEndsAFacet) {
+    const std::string two = "facet endfacet\nfacet endfacet \t\n";
+    EXPECT_EQ(StlText::PieceLength(two), two.size());
+    EXPECT_EQ(StlText::PieceLength(two + "facet endface"), two.size());
+    EXPECT_EQ(StlText::PieceLength(two + "facet endfacet"), two.size());  // more of the word may follow
+    EXPECT_EQ(StlText::PieceLength(two + "facet endfacet "), two.size());
+    EXPECT_EQ(StlText::PieceLength("endfacet\r\n"), 9u);
+}
+
+TEST(StlPieces, EndNowhereElse) {
+    EXPECT_EQ(StlText::PieceLength(""), 0u);
+    EXPECT_EQ(StlText::PieceLength("facet normal 0 0 1\n"), 0u);
+    EXPECT_EQ(StlText::PieceLength("facet endfacet facet normal\n"), 0u);
+    EXPECT_EQ(StlText::PieceLength("facet xendfacet\n"), 0u);
+    EXPECT_EQ(StlText::PieceLength("facet endfacets\n"), 0u);
+    EXPECT_EQ(StlText::PieceLength("facet endfacet "), 0u);
 }
 
 // ---- files
