@@ -130,8 +130,8 @@ public:
     // --- scene set-up; thread: render unless said otherwise ---
     void setAmbientLight(const Ogre::ColourValue& colour);
     /// Lights are numbered 1 to 4; any other index throws Ogre::ItemIdentityException on the caller. The
-    /// direction is taken as it stands, whichever axis is up; one of zero length is ignored. Each of these
-    /// signals updateScene.
+    /// direction is where the light comes from, taken as it stands, whichever axis is up; one of zero
+    /// length is ignored. Each of these signals updateScene.
     void setLightDir(int index, float x, float y, float z);
     void setLightEnable(int index, bool on);
     void setLightDiffuse(int index, float r, float g, float b);
