@@ -29,10 +29,13 @@ constexpr unsigned char overlayQueueGroup = 80;  // its depth is cleared first
 // In view space, where the shader takes it from; the camera's own planes do not cut it.
 const Ogre::Vector3 placeInView(0, 0, -800);
 
-constexpr float shaftLength = 10.0f;
-constexpr float letterDistance = 16.0f;
-constexpr float letterHeight = 5.0f;
-constexpr std::uint16_t startCenter = 60;
+// Of the shared meshes the shaft is 10 long and the head 3; in the corner a shorter shaft reads better.
+constexpr float shaftScale = 0.65f;
+constexpr float shaftLength = 10.0f * shaftScale;
+constexpr float letterDistance = 12.0f;
+constexpr float letterHeight = 3.4f;
+// So far from the edges that an axis that points to one keeps its letter in the picture.
+constexpr std::uint16_t startCenter = 72;
 
 const std::array<Ogre::Vector4, 3> axisColours{Ogre::Vector4(0.86f, 0.24f, 0.22f, 1.0f),
                                                Ogre::Vector4(0.30f, 0.72f, 0.30f, 1.0f),
@@ -95,6 +98,8 @@ public:
         frame->node->setVisible(true);
         frame->node->setPosition(placeInView);
         frame->node->setOrientation(camera->getRealOrientation().Inverse());
+        // The letters' parents would else still stand as in the picture before, and the letters askew.
+        frame->node->_update(/*updateChildren=*/true, /*parentHasChanged=*/true);
         for (Ogre::SceneNode* letter : frame->letterNodes)
             letter->_setDerivedOrientation(Ogre::Quaternion::IDENTITY);
     }
@@ -125,8 +130,9 @@ void GlobalFrame::createFrameNode(Axis axis) {
     const std::string name = std::string("Axis") + axisNames[static_cast<std::size_t>(axis)];
     Ogre::SceneNode* axisNode = CreateNode(node, name, Ogre::Vector3::ZERO);
     axisNode->setOrientation(TurnTo(axis));
-    attachMesh(CreateNode(axisNode, name + "Shaft", Ogre::Vector3::ZERO),
-               UnculledMesh("frame_axis_x_shaft"), axis);
+    Ogre::SceneNode* shaft = CreateNode(axisNode, name + "Shaft", Ogre::Vector3::ZERO);
+    shaft->setScale(1, 1, shaftScale);
+    attachMesh(shaft, UnculledMesh("frame_axis_x_shaft"), axis);
     attachMesh(CreateNode(axisNode, name + "Head", {0, 0, shaftLength}), UnculledMesh("frame_axis_head"),
                axis);
     createLetterMesh(axis);

@@ -23,7 +23,7 @@ const Ogre::ColourValue axisYColour(0.38f, 0.62f, 0.38f);
 
 Grid::Grid(Scene* scene, unsigned cells, unsigned cellSize)
     : name("Grid"),
-      lines(scene->sceneManager->createManualObject(name)),
+      lines(scene->sceneManager->createManualObject()),
       visual(new Visual(name, scene->root)),
       cellCount(cells),
       cellLength(cellSize) {
