@@ -1,15 +1,15 @@
 // How fast STL files are read: ours, a minimal loop, Assimp and OpenCASCADE, on the same two files.
 //
-// The files are made in the temporary folder: a million triangles in binary form, 200,000 in text form. At the
-// end the ratios are printed that the reader is held to: at most 1.2 times the minimal loop, and at least 1.5
-// times faster than the faster of the two libraries.
+// The files are made in the temporary folder: a million triangles in binary form, 200,000 in text
+// form. At the end the ratios are printed that the reader is held to: at most 1.2 times the minimal
+// loop, and at least 1.5 times faster than the faster of the two libraries.
 
 #include "mesh/Mesh.h"
 #include "mesh/STLLoader.h"
 
-#include <assimp/Importer.hpp>
 #include <assimp/scene.h>
 #include <benchmark/benchmark.h>
+#include <assimp/Importer.hpp>
 #include <Poly_Triangulation.hxx>
 #include <RWStl.hxx>
 
@@ -46,7 +46,8 @@ struct Triangle {
 
 /// Calls `use` for each triangle of a wavy sheet, `count` in all.
 void ForEachTriangle(std::size_t count, const std::function<void(const Triangle&)>& use) {
-    const auto side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(count) / 2)));
+    const auto side =
+        static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(count) / 2)));
     const auto point = [](std::size_t column, std::size_t row) {
         const auto x = static_cast<float>(column) * 0.731f, y = static_cast<float>(row) * 0.517f;
         return Pos{x, y, 25 * std::sin(x * 0.031f) * std::cos(y * 0.027f)};
@@ -73,8 +74,8 @@ void WriteBinary(const std::filesystem::path& path, std::uint32_t count) {
 void WriteText(const std::filesystem::path& path, std::size_t count) {
     std::string text = "solid sheet\n";
     ForEachTriangle(count, [&](const Triangle& t) {
-        text += std::format("  facet normal {:.6e} {:.6e} {:.6e}\n    outer loop\n", t.normal.x, t.normal.y,
-                            t.normal.z);
+        text += std::format("  facet normal {:.6e} {:.6e} {:.6e}\n    outer loop\n", t.normal.x,
+                            t.normal.y, t.normal.z);
         for (const Pos& p : t.corners)
             text += std::format("      vertex {:.6e} {:.6e} {:.6e}\n", p.x, p.y, p.z);
         text += "    endloop\n  endfacet\n";
@@ -108,7 +109,8 @@ std::size_t Ours(const std::string& path) {
 }
 
 std::vector<char> Bytes(const std::string& path) {
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
+                                                         &std::fclose);
     std::fseek(file.get(), 0, SEEK_END);
     std::vector<char> bytes(static_cast<std::size_t>(std::ftell(file.get())) + 1);
     std::rewind(file.get());
@@ -138,7 +140,8 @@ std::size_t MinimalBinary(const std::string& path) {
     return mesh->indices.size() / 3;
 }
 
-/// Trusts that twelve numbers follow each other, with words that hold neither digit nor sign between them.
+/// Trusts that twelve numbers follow each other, with words that hold neither digit nor sign
+/// between them.
 std::size_t MinimalText(const std::string& path) {
     const std::vector<char> bytes = Bytes(path);
     const char *p = bytes.data(), *end = p + bytes.size() - 1;
@@ -195,7 +198,8 @@ class Reporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.skipped != benchmark::internal::NotSkipped) continue;
+            if (run.run_type != Run::RT_Iteration || run.skipped != benchmark::internal::NotSkipped)
+                continue;
             const double time = run.GetAdjustedRealTime();
             const auto [entry, isNew] = best.try_emplace(run.run_name.function_name, time);
             if (!isNew) entry->second = std::min(entry->second, time);
@@ -209,9 +213,10 @@ public:
             if (time(reader) == best.end()) return;  // filtered out
         const double ours = time("ours")->second;
         const double peer = std::min(time("assimp")->second, time("opencascade")->second);
-        std::printf("%s: %.2f times the minimal loop (aim: at most 1.2), %.2f times faster than the faster "
-                    "library (aim: at least 1.5)\n",
-                    form.c_str(), ours / time("minimal")->second, peer / ours);
+        std::printf(
+            "%s: %.2f times the minimal loop (aim: at most 1.2), %.2f times faster than the faster "
+            "library (aim: at least 1.5)\n",
+            form.c_str(), ours / time("minimal")->second, peer / ours);
     }
 
 private:

@@ -1,5 +1,5 @@
-// Feeds any bytes to the STL reader: it must end in a mesh that holds together or in one of its errors, and
-// a text that is read in pieces must give what it gives in one.
+// Feeds any bytes to the STL reader: it must end in a mesh that holds together or in one of its
+// errors, and a text that is read in pieces must give what it gives in one.
 
 #include "mesh/Mesh.h"
 #include "mesh/STLLoader.h"
@@ -33,7 +33,8 @@ std::string ErrorOf(const std::function<void()>& read) {
         return {};
     } catch (const std::runtime_error& e) {
         const std::string text = e.what();
-        Require(text == "Bad STL File" || text == "Error in reading normal" || text == "Error in reading vertex",
+        Require(text == "Bad STL File" || text == "Error in reading normal" ||
+                    text == "Error in reading vertex",
                 "the message is one of three");
         return text;
     }

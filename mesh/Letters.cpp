@@ -11,13 +11,14 @@ namespace vrn::visual {
 
 namespace {
 
-constexpr double unit = 0.01;      // the designs are drawn in hundredths of a capital's height
+constexpr double unit = 0.01;  // the designs are drawn in hundredths of a capital's height
 constexpr double halfStroke = 6;
 constexpr double dotRadius = 8;
 constexpr int dotCorners = 7;
-constexpr double arcStep = 12;     // degrees between points on a curve, at most
+constexpr double arcStep = 12;  // degrees between points on a curve, at most
 
-/// A character as its pen draws it: centre lines in hundredths, y up, the baseline at 0, capitals to 100.
+/// A character as its pen draws it: centre lines in hundredths, y up, the baseline at 0, capitals
+/// to 100.
 ///
 /// M x y            starts a stroke
 /// L x y            straight on to a point
@@ -65,8 +66,10 @@ constexpr std::array<Design, 94> designs{{
     /* ? */ {62, "C 30 72 20 22 165 -50 L 31 40 L 31 30 D 31 8"},
     /* @ */ {104, "O 52 40 17 20 M 69 62 L 69 34 A 79.5 34 10.5 12 180 360 A 52 40 38 48 0 300"},
     /* A */ {76, "M 9 0 L 38 100 M 67 0 L 38 100 M 19 30 L 57 30"},
-    /* B */ {78, "M 16 0 L 16 100 M 16 94 L 40 94 A 40 73.5 20.5 20.5 90 -90 L 16 53 "
-                 "M 16 53 L 43 53 A 43 29.5 23.5 23.5 90 -90 L 16 6"},
+    /* B */
+    {78,
+     "M 16 0 L 16 100 M 16 94 L 40 94 A 40 73.5 20.5 20.5 90 -90 L 16 53 "
+     "M 16 53 L 43 53 A 43 29.5 23.5 23.5 90 -90 L 16 6"},
     /* C */ {78, "C 46 50 34 44 50 310"},
     /* D */ {82, "M 16 0 L 16 100 M 16 94 L 36 94 A 36 50 34 44 90 -90 L 16 6"},
     /* E */ {66, "M 60 94 L 16 94 L 16 6 L 60 6 M 16 51 L 55 51"},
@@ -97,8 +100,10 @@ constexpr std::array<Design, 94> designs{{
     /* ^ */ {68, "M 12 62 L 34 100 M 56 62 L 34 100"},
     /* _ */ {64, "M 2 -14 L 62 -14"},
     /* ` */ {40, "M 12 104 L 26 84"},
-    /* a */ {70, "M 54 0 L 54 44 A 32 44 22 22 0 150 M 54 40 L 29 40 A 29 23 17 17 90 270 L 34 6 "
-                 "A 34 26 20 20 270 360"},
+    /* a */
+    {70,
+     "M 54 0 L 54 44 A 32 44 22 22 0 150 M 54 40 L 29 40 A 29 23 17 17 90 270 L 34 6 "
+     "A 34 26 20 20 270 360"},
     /* b */ {76, "M 16 0 L 16 102 O 40 36 24 30"},
     /* c */ {66, "C 37 36 25 30 50 310"},
     /* d */ {76, "M 60 0 L 60 102 O 36 36 24 30"},
@@ -110,7 +115,8 @@ constexpr std::array<Design, 94> designs{{
     /* j */ {34, "M 18 72 L 18 -8 A 2 -8 16 14 0 -80 D 18 92"},
     /* k */ {64, "M 16 0 L 16 102 M 52 72 l 16 32 M 55 0 L 28 44"},
     /* l */ {32, "M 16 0 L 16 102"},
-    /* m */ {104, "M 16 0 L 16 72 M 16 44 A 34 44 18 22 180 0 L 52 0 M 52 44 A 70 44 18 22 180 0 L 88 0"},
+    /* m */
+    {104, "M 16 0 L 16 72 M 16 44 A 34 44 18 22 180 0 L 52 0 M 52 44 A 70 44 18 22 180 0 L 88 0"},
     /* n */ {76, "M 16 0 L 16 72 M 16 42 A 38 42 22 24 180 0 L 60 0"},
     /* o */ {76, "O 38 36 26 30"},
     /* p */ {76, "M 16 -28 L 16 72 O 40 36 24 30"},
@@ -124,11 +130,15 @@ constexpr std::array<Design, 94> designs{{
     /* x */ {60, "M 9 0 L 51 72 M 51 0 L 9 72"},
     /* y */ {61, "M 8 72 L 31 0 M 53 72 L 22.4 -28"},
     /* z */ {60, "M 8 66 L 52 66 M 8 6 L 52 6 M 14.5 0 L 45.5 72"},
-    /* { */ {46, "M 40 106 L 34 106 A 34 90 14 16 90 180 L 20 60 A 8 60 12 14 0 -90 "
-                 "M 8 46 A 8 32 12 14 90 0 L 20 2 A 34 2 14 16 180 270 L 40 -14"},
+    /* { */
+    {46,
+     "M 40 106 L 34 106 A 34 90 14 16 90 180 L 20 60 A 8 60 12 14 0 -90 "
+     "M 8 46 A 8 32 12 14 90 0 L 20 2 A 34 2 14 16 180 270 L 40 -14"},
     /* | */ {32, "M 16 112 L 16 -22"},
-    /* } */ {46, "M 6 106 L 12 106 A 12 90 14 16 90 0 L 26 60 A 38 60 12 14 180 270 "
-                 "M 38 46 A 38 32 12 14 90 180 L 26 2 A 12 2 14 16 0 -90 L 6 -14"},
+    /* } */
+    {46,
+     "M 6 106 L 12 106 A 12 90 14 16 90 0 L 26 60 A 38 60 12 14 180 270 "
+     "M 38 46 A 38 32 12 14 90 180 L 26 2 A 12 2 14 16 0 -90 L 6 -14"},
     /* ~ */ {76, "C 24 40 14 12 200 50 A 52 50 14 12 230 380"},
 }};
 
@@ -157,7 +167,8 @@ struct Stroke {
 /// From the centre line to the left edge at an end whose stroke goes in direction `d`, of length 1.
 Point EndOffset(Point d, Cut cut) {
     if (cut == Cut::vertical) return Point{0, 1} * (halfStroke / d.x);
-    // Straight strokes that are steep end level with the line of text, as a broad pen would cut them.
+    // Straight strokes that are steep end level with the line of text, as a broad pen would cut
+    // them.
     constexpr double steep = 0.6;
     if (cut == Cut::straight && std::abs(d.y) > steep) return Point{-1, 0} * (halfStroke / d.y);
     return Left(d) * halfStroke;
@@ -213,7 +224,8 @@ void AddDot(Glyph& glyph, Point center) {
             glyph.add(center + Point{std::cos(angle), std::sin(angle)} * dotRadius);
         if (i == 0) first = corner;
         if (i < 2) continue;
-        for (const std::uint32_t index : {first, corner - 1, corner}) glyph.indices.push_back(index);
+        for (const std::uint32_t index : {first, corner - 1, corner})
+            glyph.indices.push_back(index);
     }
 }
 
@@ -255,7 +267,8 @@ private:
 
     void lineTo(Point p, Cut cut) {
         stroke.last = cut;
-        // An arc that begins where the stroke is adds no second point there: it would have no direction.
+        // An arc that begins where the stroke is adds no second point there: it would have no
+        // direction.
         constexpr double tooClose = 0.01;
         if (!stroke.points.empty() && Length(p - stroke.points.back()) < tooClose) return;
         stroke.points.push_back(p);
@@ -303,6 +316,8 @@ const std::array<Letter, 94>& Letters() {
     return table.letters;
 }
 
-const Letter* FindLetter(char c) { return c >= '!' && c <= '~' ? &Letters()[static_cast<std::size_t>(c - '!')] : nullptr; }
+const Letter* FindLetter(char c) {
+    return c >= '!' && c <= '~' ? &Letters()[static_cast<std::size_t>(c - '!')] : nullptr;
+}
 
 }  // namespace vrn::visual

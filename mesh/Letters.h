@@ -9,8 +9,8 @@ namespace vrn::visual {
 
 /// One character as flat triangles, counter-clockwise seen from +Z.
 ///
-/// Capitals and digits stand on y 0 and are 1 high, descenders reach to -0.28; lines of text are 1.4 apart.
-/// Strokes are 0.12 wide and overlap where they meet.
+/// Capitals and digits stand on y 0 and are 1 high, descenders reach to -0.28; lines of text
+/// are 1.4 apart. Strokes are 0.12 wide and overlap where they meet.
 struct Letter {
     const float* vertices;         ///< x, y of the first vertex, x, y of the next ...
     const std::uint32_t* indices;  ///< three a triangle

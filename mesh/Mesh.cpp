@@ -12,7 +12,9 @@ namespace {
 using Pos = rob::PosTemplate<float>;
 using Pose = rob::PoseTemplate<float>;
 
-bool IsFinite(const Pos& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
+bool IsFinite(const Pos& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
 
 /// All comparisons are strict. -1 for w would be the same turn, but does not count.
 bool IsNearIdentity(const Pose& pose) {

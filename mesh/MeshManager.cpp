@@ -54,8 +54,8 @@ void CheckIndices(const Mesh& mesh) {
                                             mesh.name, mesh.vertices.size(), *bad));
 }
 
-/// Makes and fills the buffers; `putVertex(writer, number)` writes one vertex. A buffer of no bytes is
-/// neither made nor locked: Ogre throws at the lock.
+/// Makes and fills the buffers; `putVertex(writer, number)` writes one vertex. A buffer of no bytes
+/// is neither made nor locked: Ogre throws at the lock.
 template <class PutVertex>
 void FillBuffers(UnfinishedOgreMesh& target, const Mesh& mesh, PutVertex putVertex) {
     if (const auto buffer = target.makeVertexBuffer(mesh.vertices.size())) {
@@ -124,7 +124,8 @@ void MeshManager::deleteMesh(Mesh* mesh) {
 
     const bool isPaintMesh = paintMeshNames.erase(mesh->name) > 0;
     meshes.erase(found);
-    // The group differs from removeOgreMesh: a host may have put a mesh of its own into another one.
+    // The group differs from removeOgreMesh: a host may have put a mesh of its own into another
+    // one.
     RemoveFromOgre(mesh->name, Ogre::RGN_AUTODETECT);
     // Mesh has no virtual destructor.
     if (isPaintMesh) {

@@ -22,14 +22,16 @@ class PaintMesh;
 
 /// Keeps triangle records by name and turns them into Ogre meshes of the same name.
 ///
-/// A name is the identity of a mesh: two records of one name share one Ogre mesh, and the second upload does
-/// nothing. Two kinds of record are kept: global meshes, built once and shared by all visuals of a kind, and
-/// meshes that visuals bring along and delete. The manager owns what it stores. Like the other singletons it
-/// lives until the process ends. Thread: render, all of it, unless an operation says otherwise.
+/// A name is the identity of a mesh: two records of one name share one Ogre mesh, and the second
+/// upload does nothing. Two kinds of record are kept: global meshes, built once and shared by all
+/// visuals of a kind, and meshes that visuals bring along and delete. The manager owns what it
+/// stores. Like the other singletons it lives until the process ends. Thread: render, all of it,
+/// unless an operation says otherwise.
 ///
-/// What an upload refuses with std::invalid_argument, before it changes anything: a null pointer, normals or
-/// colours that are neither absent nor one a vertex, an index without a vertex. What Ogre throws passes
-/// through. One or two indices too many at the end are uploaded and draw nothing.
+/// What an upload refuses with std::invalid_argument, before it changes anything: a null pointer,
+/// normals or colours that are neither absent nor one a vertex, an index without a vertex. What
+/// Ogre throws passes through. One or two indices too many at the end are uploaded and draw
+/// nothing.
 class VRN_VISUAL_API MeshManager {
 public:
     /// Needs a running Ogre with a window: builds and uploads the global meshes.
@@ -42,15 +44,16 @@ public:
 
     // ---- registry
 
-    /// Stores and uploads `mesh`, which from then on is the manager's. Does nothing if the name is taken: the
-    /// record then stays the caller's, also when it throws.
+    /// Stores and uploads `mesh`, which from then on is the manager's. Does nothing if the name is
+    /// taken: the record then stays the caller's, also when it throws.
     void addMesh(Mesh* mesh);
-    /// Stores and uploads `mesh` under its name in place of any earlier one, which is given up and not
-    /// deleted: whoever still holds it owns it again. If the Ogre mesh of that name exists it stays as it is.
-    /// If it throws nothing is stored.
+    /// Stores and uploads `mesh` under its name in place of any earlier one, which is given up and
+    /// not deleted: whoever still holds it owns it again. If the Ogre mesh of that name exists it
+    /// stays as it is. If it throws nothing is stored.
     void addPaintMesh(PaintMesh* mesh);
-    /// Stores `mesh` for the rest of the run if the name is free; uploads it in either case, which does
-    /// nothing if the Ogre mesh exists. On a taken name, or if it throws, the record stays the caller's.
+    /// Stores `mesh` for the rest of the run if the name is free; uploads it in either case, which
+    /// does nothing if the Ogre mesh exists. On a taken name, or if it throws, the record stays the
+    /// caller's.
     void addGlobalMesh(Mesh* mesh);
 
     /// The global mesh of that name; null if there is none.
@@ -61,44 +64,48 @@ public:
     /// Whether getMesh would find the name.
     [[nodiscard]] bool hasMesh(const std::string& name) const;
 
-    /// Removes the record and the Ogre mesh and deletes the record, also when it is a PaintMesh. Throws
-    /// std::out_of_range if `mesh` is null or not the record that is stored under its name.
+    /// Removes the record and the Ogre mesh and deletes the record, also when it is a PaintMesh.
+    /// Throws std::out_of_range if `mesh` is null or not the record that is stored under its name.
     void deleteMesh(Mesh* mesh);
     void deleteMesh(PaintMesh* mesh);
 
-    /// Gives up one reference to the Ogre mesh of a shape and removes the mesh with the last. Does nothing
-    /// for a name that no shape has.
+    /// Gives up one reference to the Ogre mesh of a shape and removes the mesh with the last. Does
+    /// nothing for a name that no shape has.
     void removeOgreMesh(const std::string& name);
 
-    /// Makes the Ogre mesh of the record's name: one sub-mesh, a triangle list of its own vertices, 32-bit
-    /// indices; position, then normal and colour where the record has them, three floats each, interleaved.
-    /// Does nothing if Ogre knows the name, even when the record differs. A record without vertices gives an
-    /// Ogre mesh without buffers and with null bounds: an entity on it draws nothing.
+    /// Makes the Ogre mesh of the record's name: one sub-mesh, a triangle list of its own vertices,
+    /// 32-bit indices; position, then normal and colour where the record has them, three floats
+    /// each, interleaved. Does nothing if Ogre knows the name, even when the record differs. A
+    /// record without vertices gives an Ogre mesh without buffers and with null bounds: an entity
+    /// on it draws nothing.
     void loadToGpu(Mesh* mesh);
-    /// The same with position, normal and RGBA colour, 40 bytes a vertex; normals and colours must be there.
+    /// The same with position, normal and RGBA colour, 40 bytes a vertex; normals and colours must
+    /// be there.
     void loadToGpu(PaintMesh* mesh);
 
     // ---- meshes from elsewhere
 
-    /// Reads an STL file into a record named by `uri`, stores it if the name is free, uploads it and returns
-    /// it; on a taken name the file is read all the same and the earlier record is returned.
-    /// Throws std::runtime_error "Not stl file" unless the last four characters are ".stl" or ".STL" (mixed
-    /// case is refused), and what STLLoader::Load throws.
+    /// Reads an STL file into a record named by `uri`, stores it if the name is free, uploads it
+    /// and returns it; on a taken name the file is read all the same and the earlier record is
+    /// returned. Throws std::runtime_error "Not stl file" unless the last four characters are
+    /// ".stl" or ".STL" (mixed case is refused), and what STLLoader::Load throws.
     Mesh* loadStl(const std::string& uri);
 
-    /// Takes over a mesh of the machining side: its vertices in single precision, its triangles, and normals
-    /// averaged over the triangles round a vertex, the larger ones counting for more. Stored and uploaded as
-    /// "CAM_MESH" in place of the earlier one, which is deleted; an entity that shows that one keeps its Ogre
-    /// mesh alive. Throws std::invalid_argument if `source` is null and std::out_of_range for an index without
-    /// a vertex, and then changes nothing.
+    /// Takes over a mesh of the machining side: its vertices in single precision, its triangles,
+    /// and normals averaged over the triangles round a vertex, the larger ones counting for more.
+    /// Stored and uploaded as "CAM_MESH" in place of the earlier one, which is deleted; an entity
+    /// that shows that one keeps its Ogre mesh alive. Throws std::invalid_argument if `source` is
+    /// null and std::out_of_range for an index without a vertex, and then changes nothing.
     Mesh* loadCamMesh(const cadcam::TMesh<double>* source);
 
-    /// A copy of `source` for painting, named as `source` with "_paint" behind it: every vertex, normal and
-    /// index, and an invisible blue (0, 0, 1, 0) on each vertex. The caller owns it. Thread: pure.
+    /// A copy of `source` for painting, named as `source` with "_paint" behind it: every vertex,
+    /// normal and index, and an invisible blue (0, 0, 1, 0) on each vertex. The caller owns it.
+    /// Thread: pure.
     [[nodiscard]] static PaintMesh* createPaintMeshFromMesh(const Mesh* source);
 
-    // ---- shapes; each stores, uploads and returns the global mesh of that name, and returns the one that is
-    // already there if the name is taken. mesh/Shapes.h tells the form and what is thrown.
+    // ---- shapes; each stores, uploads and returns the global mesh of that name, and returns the
+    // one that is already there if the name is taken. mesh/Shapes.h tells the form and what is
+    // thrown.
 
     Mesh* createSphereComponent(const std::string& name, float radius, int stacks, int slices);
     Mesh* createCylinderComponent(const std::string& name, float radius, float height, int stacks,
@@ -109,18 +116,18 @@ public:
     Mesh* createTorusSectorComponent(const std::string& name, float sweepAngle, float ringRadius,
                                      float tubeRadius, int ringSegments, int tubeSegments);
 
-    /// Flat-shaded copy of a triangle list: three vertices of its own for each triangle, with the cross
-    /// product of the two edges from the first corner (not normalised) as their normal. Not stored: the
-    /// caller owns it. Throws std::out_of_range for an index without a vertex; one or two indices too many at
-    /// the end are passed over. Thread: pure.
+    /// Flat-shaded copy of a triangle list: three vertices of its own for each triangle, with the
+    /// cross product of the two edges from the first corner (not normalised) as their normal. Not
+    /// stored: the caller owns it. Throws std::out_of_range for an index without a vertex; one or
+    /// two indices too many at the end are passed over. Thread: pure.
     [[nodiscard]] static Mesh* CreateMesh(const std::string& name,
                                           const std::vector<rob::PosTemplate<float>>& vertices,
                                           const std::vector<unsigned int>& indices);
 
-    /// `text` as flat triangles in the XY plane, facing +Z, first baseline at y 0, capitals 1 high. A line
-    /// feed goes back to x 0 and 1.4 down, a blank 0.4 ahead; what is not from '!' to '~' is passed over.
-    /// The number has no effect. The mesh is named by the text and not stored: the caller owns it. Thread:
-    /// pure.
+    /// `text` as flat triangles in the XY plane, facing +Z, first baseline at y 0, capitals 1 high.
+    /// A line feed goes back to x 0 and 1.4 down, a blank 0.4 ahead; what is not from '!' to '~' is
+    /// passed over. The number has no effect. The mesh is named by the text and not stored: the
+    /// caller owns it. Thread: pure.
     [[nodiscard]] static Mesh* CreateTextMesh(const std::string& text, double unused);
 
 protected:
@@ -140,7 +147,8 @@ private:
     void createUvIndicator();
     void createFrameOgreMesh(const std::string& name);
 
-    std::unordered_set<std::string> paintMeshNames;  ///< those of `meshes` that are deleted as PaintMesh
+    std::unordered_set<std::string>
+        paintMeshNames;  ///< those of `meshes` that are deleted as PaintMesh
 };
 
 /// The manager. Set by Init once Ogre runs; null before, and never deleted.

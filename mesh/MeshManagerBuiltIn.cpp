@@ -82,8 +82,8 @@ void MeshManager::createDragHandle() {
     keepRing("RollHandleFull", full, rollTurn);
     keepRing("PitchHandleFull", full, pitchTurn);
     keepRing("YawHandleFull", full, Rotation());
-    // The main half lies about the middle of the sector, the assisting half opposite. The second turn is
-    // about the fixed axis, so it stands on the left.
+    // The main half lies about the middle of the sector, the assisting half opposite. The second
+    // turn is about the fixed axis, so it stands on the left.
     keepRing("RollHandleMain", half, Rotation(pi / 4, axisX) * rollTurn);
     keepRing("PitchHandleMain", half, Rotation(pi / 4, axisY) * pitchTurn);
     keepRing("YawHandleMain", half, Rotation(-pi / 4, axisZ));
@@ -109,8 +109,8 @@ void MeshManager::createHandleMeshes() {
     const Mesh* sphere = createSphereComponent("VectorSphere", 6, 16, 16);
     const Mesh* axis = createCylinderComponent("VectorAxis", 3, 180, 1, 16);
     const Mesh* head = createConeComponent("VectorHead", 6, 30);
-    keepGlobal(Assembled("VectorDirHandle",
-                         {{sphere, Pose()}, {axis, Pose()}, {head, At({0, 0, 180})}}));
+    keepGlobal(
+        Assembled("VectorDirHandle", {{sphere, Pose()}, {axis, Pose()}, {head, At({0, 0, 180})}}));
     createSphereComponent("PathStartHandle", 2.5f, 32, 32);
     createSphereComponent("PathEndHandle", 2.5f, 32, 32);
 }
@@ -119,7 +119,8 @@ void MeshManager::createUvIndicator() {
     const Mesh* shaft = createCylinderComponent("shaft", 0.2f, 15, 1, 16);
     const Mesh* head = createConeComponent("head", 0.6f, 3.75f);
     constexpr double textHeight = 3.0;  // without effect
-    const std::unique_ptr<Mesh> u(CreateTextMesh("U", textHeight)), v(CreateTextMesh("V", textHeight));
+    const std::unique_ptr<Mesh> u(CreateTextMesh("U", textHeight)),
+        v(CreateTextMesh("V", textHeight));
     const Rotation alongX(pi / 2, axisY), alongY(-pi / 2, axisX);
     keepGlobal(Assembled("uv_indicator", {{shaft, {Pos(), alongX}},
                                           {head, {{15, 0, 0}, alongX}},
@@ -131,8 +132,9 @@ void MeshManager::createUvIndicator() {
 
 /// Three axes of length 1 that keep their width at any scale.
 ///
-/// An axis is a triangle without width, drawn as a line by a wireframe material: a solid bar would vanish where
-/// the instances are scaled along one axis only, and hardware instancing takes indexed triangles alone.
+/// An axis is a triangle without width, drawn as a line by a wireframe material: a solid bar would
+/// vanish where the instances are scaled along one axis only, and hardware instancing takes indexed
+/// triangles alone.
 void MeshManager::createFrameOgreMesh(const std::string& name) {
     if (OgreMeshExists(name)) return;
     struct Vertex {

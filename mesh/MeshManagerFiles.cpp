@@ -28,8 +28,7 @@ std::unique_ptr<Mesh> Converted(const cadcam::TMesh<double>& source) {
     for (const auto& [a, b, c] : source.triangles) {
         const Pos& corner = mesh->vertices.at(a);
         // As long as twice the area, which is its weight.
-        const Vec normal =
-            (mesh->vertices.at(b) - corner).cross(mesh->vertices.at(c) - corner);
+        const Vec normal = (mesh->vertices.at(b) - corner).cross(mesh->vertices.at(c) - corner);
         for (const std::uint32_t index : {a, b, c}) {
             mesh->indices.push_back(index);
             mesh->normals[index] = mesh->normals[index] + normal;

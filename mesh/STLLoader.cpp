@@ -73,10 +73,15 @@ void AppendTriangles(Mesh& mesh, const char* source, std::size_t count) {
     }
 }
 
+void CheckArguments(const char* data, const Mesh* mesh) {
+    if (data == nullptr || mesh == nullptr)
+        throw std::invalid_argument("an STL reader needs data and a mesh");
+}
+
 // ---- files
 
-/// A file that is read piece by piece: a fresh buffer for the whole of a large one would cost more time, in
-/// page faults, than all the reading.
+/// A file that is read piece by piece: a fresh buffer for the whole of a large one would cost more
+/// time, in page faults, than all the reading.
 class InputFile {
 public:
     explicit InputFile(const std::filesystem::path& filePath) : path(filePath) {
@@ -110,13 +115,15 @@ public:
 
 private:
     [[noreturn]] void fail(std::error_code reason) const {
-        throw std::runtime_error(std::format("cannot read {}: {}", path.string(), reason.message()));
+        throw std::runtime_error(
+            std::format("cannot read {}: {}", path.string(), reason.message()));
     }
 
     std::ifstream stream;
 };
 
-constexpr std::size_t pieceSize = 1'000'000;  // a multiple of a triangle's 50 bytes; fits into the cache
+constexpr std::size_t pieceSize =
+    1'000'000;  // a multiple of a triangle's 50 bytes; fits into the cache
 
 void ReadBinaryFile(InputFile& file, std::uint32_t count, Mesh& mesh) {
     ReserveTriangles(mesh, count);
@@ -134,12 +141,14 @@ void ReadTextFile(InputFile& file, std::string_view head, Mesh& mesh) {
     bool ended = false;
     while (!ended) {
         const std::size_t kept = buffer.size();
-        // Twice as much where no end was found: asking again and again must not take quadratic time.
+        // Twice as much where no end was found: asking again and again must not take quadratic
+        // time.
         const std::size_t wanted = std::max(pieceSize, kept);
         buffer.resize(kept + wanted);
         buffer.resize(kept + file.read(buffer.data() + kept, wanted));
         // A zero ends the text, whatever stands behind it.
-        ended = file.left == 0 || std::memchr(buffer.data() + kept, '\0', buffer.size() - kept) != nullptr;
+        ended = file.left == 0 ||
+                std::memchr(buffer.data() + kept, '\0', buffer.size() - kept) != nullptr;
         const std::size_t length =
             ended ? buffer.size() : StlText::PieceLength({buffer.data(), buffer.size()});
         if (length == 0) continue;
@@ -186,6 +195,7 @@ bool STLLoader::readStl(const char* data, unsigned long size, Mesh* mesh) {
 }
 
 bool STLLoader::readBinary(const char* data, unsigned long size, Mesh* mesh) {
+    CheckArguments(data, mesh);
     const auto count = BinaryCount(data, size);
     if (!count) return false;
     ReserveTriangles(*mesh, *count);
@@ -194,6 +204,7 @@ bool STLLoader::readBinary(const char* data, unsigned long size, Mesh* mesh) {
 }
 
 bool STLLoader::readAscii(const char* text, Mesh* mesh) {
+    CheckArguments(text, mesh);
     StlText reader(*mesh, std::strlen(text));
     reader.read(text);
     reader.finish();

@@ -39,7 +39,7 @@ rob::Vec3Template<float> NodeNormal(const Poly_Triangulation& triangulation, int
 
 std::size_t AppendFaceTriangles(const TopoDS_Face& face, Mesh& mesh) {
     TopLoc_Location location;
-    const Handle(Poly_Triangulation)& triangulation = BRep_Tool::Triangulation(face, location);
+    const Handle(Poly_Triangulation) & triangulation = BRep_Tool::Triangulation(face, location);
     if (triangulation.IsNull()) return 0;
     std::optional<gp_Trsf> move;
     if (!location.IsIdentity()) move = location.Transformation();
@@ -62,7 +62,9 @@ std::size_t AppendFaceTriangles(const TopoDS_Face& face, Mesh& mesh) {
     }
 
     const bool swapped = face.Orientation() != TopAbs_FORWARD;
-    const auto isBad = [&](int node) { return std::ranges::find(badNodes, node) != badNodes.end(); };
+    const auto isBad = [&](int node) {
+        return std::ranges::find(badNodes, node) != badNodes.end();
+    };
     for (int t = 1; t <= triangulation->NbTriangles(); ++t) {
         int a = 0, b = 0, c = 0;
         triangulation->Triangle(t).Get(a, b, c);

@@ -24,15 +24,14 @@ using Vec = rob::Vec3Template<float>;
 /// 2 pi or part of it in equal steps: divided in double, used in single precision.
 float Step(double angle, int count) { return static_cast<float>(angle / count); }
 
-/// Joins `rows` + 1 rows of `columns` + 1 vertices, which start at vertex 0. The pairs of triangles lean
-/// over the seam: those at the first and last column have no area there.
+/// Joins `rows` + 1 rows of `columns` + 1 vertices, which start at vertex 0. The pairs of triangles
+/// lean over the seam: those at the first and last column have no area there.
 void StitchRows(Mesh& mesh, int rows, int columns) {
     const auto width = static_cast<std::uint32_t>(columns);
     std::uint32_t i = 0;
     for (int row = 0; row < rows; ++row) {
         for (int column = 0; column <= columns; ++column, ++i) {
-            for (const std::uint32_t index :
-                 {i + width + 1, i, i + width, i + width + 1, i + 1, i})
+            for (const std::uint32_t index : {i + width + 1, i, i + width, i + width + 1, i + 1, i})
                 mesh.indices.push_back(index);
         }
     }

@@ -21,8 +21,8 @@ using Vec = rob::Vec3Template<float>;
 bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool IsLineEnd(char c) { return c == '\n' || c == '\r'; }
 
-/// Whether a number that does not fit into a float is too small for it rather than too large: then it counts
-/// as zero. `word` is digits with perhaps a sign, a point and an exponent.
+/// Whether a number that does not fit into a float is too small for it rather than too large: then
+/// it counts as zero. `word` is digits with perhaps a sign, a point and an exponent.
 bool IsTiny(std::string_view word) {
     const std::size_t exponentAt = std::min(word.find_first_of("eE"), word.size());
     const std::string_view digits = word.substr(0, exponentAt);
@@ -34,14 +34,15 @@ bool IsTiny(std::string_view word) {
     std::string_view exponentText = word.substr(std::min(exponentAt + 1, word.size()));
     if (exponentText.starts_with('+')) exponentText.remove_prefix(1);
     long exponent = 0;
-    const auto [last, error] = std::from_chars(
-        exponentText.data(), exponentText.data() + exponentText.size(), exponent);
+    const auto [last, error] =
+        std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
     if (error == std::errc::result_out_of_range) return exponentText.starts_with('-');
     return exponent < -power;
 }
 
-/// Whether narrowing `d` to a float might round the decimal number behind it to the wrong side: only where `d`
-/// lies half-way between two floats, since rounding to double cannot carry a number across such a place.
+/// Whether narrowing `d` to a float might round the decimal number behind it to the wrong side:
+/// only where `d` lies half-way between two floats, since rounding to double cannot carry a number
+/// across such a place.
 bool IsHalfway(double d) {
     constexpr std::uint64_t lostBits = (std::uint64_t{1} << 29) - 1;
     return (std::bit_cast<std::uint64_t>(d) & lostBits) == (lostBits + 1) / 2;
@@ -53,7 +54,8 @@ const char* ReadDigits(const char* p, std::uint64_t& digits) {
     return p;
 }
 
-/// Adds the exponent at `p`, behind its "e", to `exponent`; null if there is none or it is overlong.
+/// Adds the exponent at `p`, behind its "e", to `exponent`; null if there is none or it is
+/// overlong.
 const char* ReadExponent(const char* p, std::ptrdiff_t& exponent) {
     constexpr std::ptrdiff_t mostDigits = 4;
     const bool down = *p == '-';
@@ -65,8 +67,8 @@ const char* ReadExponent(const char* p, std::ptrdiff_t& exponent) {
     return last;
 }
 
-/// Makes room for the facets ahead, if they are as long as the one just read. Only address space is taken
-/// until they come, but a first facet of a few bytes must not ask for too much of it.
+/// Makes room for the facets ahead, if they are as long as the one just read. Only address space is
+/// taken until they come, but a first facet of a few bytes must not ask for too much of it.
 void ReserveAhead(Mesh& mesh, std::size_t facetSize, std::size_t bytesLeft) {
     constexpr std::size_t shortestUseful = 60;
     const std::size_t ahead = bytesLeft / std::max(facetSize, shortestUseful) * 3;
@@ -111,14 +113,16 @@ private:
     const char* const end;
 };
 
-/// Reads a number as most files write them, several times faster than from_chars. Where this does not give
-/// the nearest float for certain, or the word is anything else: false, and the position stays.
+/// Reads a number as most files write them, several times faster than from_chars. Where this does
+/// not give the nearest float for certain, or the word is anything else: false, and the position
+/// stays.
 ///
 /// Whole numbers up to 2^53 and powers of ten up to 10^22 are exact as double, so one division or
 /// multiplication rounds once: Clinger, "How to read floating point numbers accurately", PLDI 1990.
 bool StlWords::readPlainNumber(float& number) {
-    constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     constexpr int largestPower = 22;
     constexpr std::ptrdiff_t mostDigits = 19;  // always fit into 64 bits
     constexpr std::uint64_t largestExact = std::uint64_t{1} << 53;
@@ -210,7 +214,8 @@ void StlText::finish() const {
 
 std::size_t StlText::PieceLength(std::string_view text) {
     constexpr std::string_view mark = "endfacet";
-    // A facet may begin on the line where the last one ended: only an "endfacet" that ends its line will do.
+    // A facet may begin on the line where the last one ended: only an "endfacet" that ends its line
+    // will do.
     for (std::size_t at = text.rfind(mark); at != std::string_view::npos;
          at = at == 0 ? std::string_view::npos : text.rfind(mark, at - 1)) {
         if (at > 0 && !IsSpace(text[at - 1])) continue;

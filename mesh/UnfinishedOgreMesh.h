@@ -12,14 +12,15 @@ namespace vrn::visual {
 
 /// A manual Ogre mesh of one triangle-list sub-mesh while it is being filled.
 ///
-/// Unless `finish` is reached the mesh is taken away again: a torso would pass for uploaded for ever, since
-/// an upload asks for the name alone. Thread: render.
+/// Unless `finish` is reached the mesh is taken away again: a torso would pass for uploaded for
+/// ever, since an upload asks for the name alone. Thread: render.
 class UnfinishedOgreMesh {
 public:
     using Elements = std::vector<std::pair<Ogre::VertexElementSemantic, Ogre::VertexElementType>>;
 
-    /// Makes the mesh in the default group; its sub-mesh has a declaration of `elements`, interleaved in this
-    /// order in source 0, and no buffers. Throws Ogre::ItemIdentityException if the name is taken.
+    /// Makes the mesh in the default group; its sub-mesh has a declaration of `elements`,
+    /// interleaved in this order in source 0, and no buffers. Throws Ogre::ItemIdentityException if
+    /// the name is taken.
     UnfinishedOgreMesh(const std::string& name, const Elements& elements);
     UnfinishedOgreMesh(const UnfinishedOgreMesh&) = delete;
     UnfinishedOgreMesh& operator=(const UnfinishedOgreMesh&) = delete;

@@ -35,8 +35,10 @@ void ExpectBounds(const char* name, const Pos& min, const Pos& max) {
     const Box& box = Global(name).getBox();
     // Cones and rings are polygons: their bounds fall short by the height of an arc.
     const float tolerance = 0.03f * (max - min).length();
-    EXPECT_LT((box.min - min).length(), tolerance) << box.min.x << ' ' << box.min.y << ' ' << box.min.z;
-    EXPECT_LT((box.max - max).length(), tolerance) << box.max.x << ' ' << box.max.y << ' ' << box.max.z;
+    EXPECT_LT((box.min - min).length(), tolerance)
+        << box.min.x << ' ' << box.min.y << ' ' << box.min.z;
+    EXPECT_LT((box.max - max).length(), tolerance)
+        << box.max.x << ' ' << box.max.y << ' ' << box.max.z;
 }
 
 struct Expected {
@@ -62,45 +64,44 @@ constexpr float outer = 153, cut = 153 * 0.7071f, tube = 3;
 
 INSTANTIATE_TEST_SUITE_P(
     MeshManager, BuiltInMesh,
-    testing::Values(
-        Expected{"frame_axis_x_shaft", {-0.5f, -0.5f, 0}, {0.5f, 0.5f, 10}},
-        Expected{"frame_axis_head", {-1, -1, 0}, {1, 1, 3}},
-        Expected{"HandleShaft", {-3, -3, 0}, {3, 3, 200}},
-        Expected{"HandleHead", {-10, -10, 0}, {10, 10, 45}},
-        Expected{"torus_sector", {0, 0, -tube}, {outer, outer, tube}},
-        Expected{"torus_full", {-outer, -outer, -tube}, {outer, outer, tube}},
-        Expected{"torus_half", {-outer, 0, -tube}, {outer, outer, tube}},
-        Expected{"joint_arrow_head", {-20, -20, 0}, {20, 20, 200}},
-        Expected{"path_arrow_head", {-5, -5, 0}, {5, 5, 20}},
-        Expected{"mfg_arrow_shaft", {-1, -1, 0}, {1, 1, 25}},
-        Expected{"mfg_arrow_head", {-2, -2, 0}, {2, 2, 8}},
-        Expected{"mfg_arrow", {-2, -2, 0}, {2, 2, 33}},
-        Expected{"TiltHandle", {-outer, -tube, -outer}, {outer, tube, outer}},
-        Expected{"TwistHandle", {-tube, -outer, -outer}, {tube, outer, outer}},
-        Expected{"VectorSphere", {-6, -6, -6}, {6, 6, 6}},
-        Expected{"VectorAxis", {-3, -3, 0}, {3, 3, 180}},
-        Expected{"VectorHead", {-6, -6, 0}, {6, 6, 30}},
-        Expected{"VectorDirHandle", {-6, -6, -6}, {6, 6, 210}},
-        Expected{"PathStartHandle", {-2.5f, -2.5f, -2.5f}, {2.5f, 2.5f, 2.5f}},
-        Expected{"PathEndHandle", {-2.5f, -2.5f, -2.5f}, {2.5f, 2.5f, 2.5f}},
-        Expected{"shaft", {-0.2f, -0.2f, 0}, {0.2f, 0.2f, 15}},
-        Expected{"head", {-0.6f, -0.6f, 0}, {0.6f, 0.6f, 3.75f}},
-        Expected{"uv_indicator", {-2, -0.6f, -0.6f}, {20.8f, 21, 0.6f}},
-        Expected{"DragHandleX", {0, -10, -10}, {245, 10, 10}},
-        Expected{"DragHandleY", {-10, 0, -10}, {10, 245, 10}},
-        Expected{"DragHandleZ", {-10, -10, 0}, {10, 10, 245}},
-        Expected{"DragHandleRoll", {-tube, 0, 0}, {tube, outer, outer}},
-        Expected{"DragHandlePitch", {0, -tube, 0}, {outer, tube, outer}},
-        Expected{"DragHandleYaw", {0, 0, -tube}, {outer, outer, tube}},
-        Expected{"RollHandleFull", {-tube, -outer, -outer}, {tube, outer, outer}},
-        Expected{"PitchHandleFull", {-outer, -tube, -outer}, {outer, tube, outer}},
-        Expected{"YawHandleFull", {-outer, -outer, -tube}, {outer, outer, tube}},
-        Expected{"RollHandleMain", {-tube, -cut, -cut}, {tube, outer, outer}},
-        Expected{"PitchHandleMain", {-cut, -tube, -cut}, {outer, tube, outer}},
-        Expected{"YawHandleMain", {-cut, -cut, -tube}, {outer, outer, tube}},
-        Expected{"RollHandleAssist", {-tube, -outer, -outer}, {tube, cut, cut}},
-        Expected{"PitchHandleAssist", {-outer, -tube, -outer}, {cut, tube, cut}},
-        Expected{"YawHandleAssist", {-outer, -outer, -tube}, {cut, cut, tube}}),
+    testing::Values(Expected{"frame_axis_x_shaft", {-0.5f, -0.5f, 0}, {0.5f, 0.5f, 10}},
+                    Expected{"frame_axis_head", {-1, -1, 0}, {1, 1, 3}},
+                    Expected{"HandleShaft", {-3, -3, 0}, {3, 3, 200}},
+                    Expected{"HandleHead", {-10, -10, 0}, {10, 10, 45}},
+                    Expected{"torus_sector", {0, 0, -tube}, {outer, outer, tube}},
+                    Expected{"torus_full", {-outer, -outer, -tube}, {outer, outer, tube}},
+                    Expected{"torus_half", {-outer, 0, -tube}, {outer, outer, tube}},
+                    Expected{"joint_arrow_head", {-20, -20, 0}, {20, 20, 200}},
+                    Expected{"path_arrow_head", {-5, -5, 0}, {5, 5, 20}},
+                    Expected{"mfg_arrow_shaft", {-1, -1, 0}, {1, 1, 25}},
+                    Expected{"mfg_arrow_head", {-2, -2, 0}, {2, 2, 8}},
+                    Expected{"mfg_arrow", {-2, -2, 0}, {2, 2, 33}},
+                    Expected{"TiltHandle", {-outer, -tube, -outer}, {outer, tube, outer}},
+                    Expected{"TwistHandle", {-tube, -outer, -outer}, {tube, outer, outer}},
+                    Expected{"VectorSphere", {-6, -6, -6}, {6, 6, 6}},
+                    Expected{"VectorAxis", {-3, -3, 0}, {3, 3, 180}},
+                    Expected{"VectorHead", {-6, -6, 0}, {6, 6, 30}},
+                    Expected{"VectorDirHandle", {-6, -6, -6}, {6, 6, 210}},
+                    Expected{"PathStartHandle", {-2.5f, -2.5f, -2.5f}, {2.5f, 2.5f, 2.5f}},
+                    Expected{"PathEndHandle", {-2.5f, -2.5f, -2.5f}, {2.5f, 2.5f, 2.5f}},
+                    Expected{"shaft", {-0.2f, -0.2f, 0}, {0.2f, 0.2f, 15}},
+                    Expected{"head", {-0.6f, -0.6f, 0}, {0.6f, 0.6f, 3.75f}},
+                    Expected{"uv_indicator", {-2, -0.6f, -0.6f}, {20.8f, 21, 0.6f}},
+                    Expected{"DragHandleX", {0, -10, -10}, {245, 10, 10}},
+                    Expected{"DragHandleY", {-10, 0, -10}, {10, 245, 10}},
+                    Expected{"DragHandleZ", {-10, -10, 0}, {10, 10, 245}},
+                    Expected{"DragHandleRoll", {-tube, 0, 0}, {tube, outer, outer}},
+                    Expected{"DragHandlePitch", {0, -tube, 0}, {outer, tube, outer}},
+                    Expected{"DragHandleYaw", {0, 0, -tube}, {outer, outer, tube}},
+                    Expected{"RollHandleFull", {-tube, -outer, -outer}, {tube, outer, outer}},
+                    Expected{"PitchHandleFull", {-outer, -tube, -outer}, {outer, tube, outer}},
+                    Expected{"YawHandleFull", {-outer, -outer, -tube}, {outer, outer, tube}},
+                    Expected{"RollHandleMain", {-tube, -cut, -cut}, {tube, outer, outer}},
+                    Expected{"PitchHandleMain", {-cut, -tube, -cut}, {outer, tube, outer}},
+                    Expected{"YawHandleMain", {-cut, -cut, -tube}, {outer, outer, tube}},
+                    Expected{"RollHandleAssist", {-tube, -outer, -outer}, {tube, cut, cut}},
+                    Expected{"PitchHandleAssist", {-outer, -tube, -outer}, {cut, tube, cut}},
+                    Expected{"YawHandleAssist", {-outer, -outer, -tube}, {cut, cut, tube}}),
     [](const auto& row) { return std::string(row.param.name); });
 
 class BuiltInMeshes : public test::EngineTest {};

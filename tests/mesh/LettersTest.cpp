@@ -22,7 +22,8 @@ TEST(Letters, CoverExclamationMarkToTilde) {
     EXPECT_EQ(Letters().size(), 94u);
     EXPECT_EQ(FindLetter('!'), &Letters()[0]);
     EXPECT_EQ(FindLetter('~'), &Letters()[93]);
-    for (const char c : {' ', '\n', '\0', '\x7f', '\x80', '\xff'}) EXPECT_EQ(FindLetter(c), nullptr);
+    for (const char c : {' ', '\n', '\0', '\x7f', '\x80', '\xff'})
+        EXPECT_EQ(FindLetter(c), nullptr);
 }
 
 TEST(Letters, ExclamationMarkIsAStemAndADot) {
@@ -78,8 +79,7 @@ TEST(TextMesh, IsNamedByItsTextAndFacesZ) {
     const auto mesh = Text("Hi");
     EXPECT_EQ(mesh->name, "Hi");
     ASSERT_EQ(mesh->normals.size(), mesh->vertices.size());
-    for (const auto& normal : mesh->normals)
-        EXPECT_EQ(normal, (rob::Vec3Template<float>{0, 0, 1}));
+    for (const auto& normal : mesh->normals) EXPECT_EQ(normal, (rob::Vec3Template<float>{0, 0, 1}));
     for (const auto& vertex : mesh->vertices) EXPECT_EQ(vertex.z, 0.0f);
 }
 
@@ -121,7 +121,9 @@ TEST(TextMesh, OtherCharactersArePassedOverWithoutMovingThePen) {
     EXPECT_EQ(odd->indices, one->indices);
 }
 
-TEST(TextMesh, NumberHasNoEffect) { EXPECT_EQ(Text("A", 3.0)->vertices, Text("A", 77.0)->vertices); }
+TEST(TextMesh, NumberHasNoEffect) {
+    EXPECT_EQ(Text("A", 3.0)->vertices, Text("A", 77.0)->vertices);
+}
 
 }  // namespace
 }  // namespace vrn::visual

@@ -81,7 +81,8 @@ struct Element {
 
 std::vector<Element> Declaration(const std::string& name) {
     std::vector<Element> elements;
-    for (const auto& e : OgreMesh(name)->getSubMesh(0)->vertexData->vertexDeclaration->getElements()) {
+    for (const auto& e :
+         OgreMesh(name)->getSubMesh(0)->vertexData->vertexDeclaration->getElements()) {
         EXPECT_EQ(e.getSource(), 0);
         elements.push_back({e.getSemantic(), e.getType(), e.getOffset()});
     }
@@ -448,7 +449,7 @@ TEST_F(MeshManagerTest, LoadStlTakesTwoSpellingsOfTheExtension) {
     keepUntilEnd(upper);
     EXPECT_NO_THROW(Manager().loadStl(upper));
     for (const std::string& uri : {writeBoxStl("mixed.Stl", {0, 0, 0}, {1, 1, 1}).string(),
-                                  std::string("stl"), std::string(), std::string("part.obj")}) {
+                                   std::string("stl"), std::string(), std::string("part.obj")}) {
         try {
             Manager().loadStl(uri);
             ADD_FAILURE() << uri;

@@ -163,7 +163,8 @@ TEST_P(NearIdentity, DecidesWhetherVerticesMove) {
 INSTANTIATE_TEST_SUITE_P(
     Mesh, NearIdentity,
     testing::Values(
-        PoseCase{"Identity", Pose(), false}, PoseCase{"OffsetOf0005IsDropped", Moved(0.005f), false},
+        PoseCase{"Identity", Pose(), false},
+        PoseCase{"OffsetOf0005IsDropped", Moved(0.005f), false},
         PoseCase{"OffsetJustBelow001IsDropped", Moved(0.00999f), false},
         // The nearest float to 0.01 lies below it in double; the next one is above.
         PoseCase{"OffsetJustAbove001Counts", Moved(0.0100001f), true},

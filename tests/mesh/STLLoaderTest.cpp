@@ -10,8 +10,8 @@
 #include <array>
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <format>
 #include <fstream>
@@ -35,7 +35,8 @@ using testing::HasSubstr;
 // ---- helpers
 
 const std::string facet =
-    "facet normal 0 0 1\n outer loop\n  vertex 1 2 3\n  vertex 4 5 6\n  vertex 7 8 9\n endloop\nendfacet\n";
+    "facet normal 0 0 1\n outer loop\n  vertex 1 2 3\n  vertex 4 5 6\n  vertex 7 8 9\n "
+    "endloop\nendfacet\n";
 
 /// A binary file of triangles that each have the normal (n, 0, 1) and corners from (n, 1, 2) on.
 std::string Binary(std::uint32_t count, const std::string& header = "") {
@@ -117,7 +118,6 @@ TEST(StlBinary, ShortDataIsNotLookedAtBehindItsEnd) {
     const std::vector<char> bytes(83);
     Mesh mesh("b");
     EXPECT_FALSE(STLLoader::readBinary(bytes.data(), bytes.size(), &mesh));
-    EXPECT_FALSE(STLLoader::readBinary(nullptr, 0, &mesh));
 }
 
 TEST(StlBinary, ComparesSizesIn64Bits) {
@@ -149,11 +149,20 @@ TEST(StlBinary, AppendsWithRunningIndices) {
     EXPECT_THAT(mesh.indices, ElementsAre(0, 1, 2, 3, 4, 5));
 }
 
+TEST(StlReaders, RefuseNullPointers) {
+    Mesh mesh("m");
+    EXPECT_THROW(STLLoader::readStl(nullptr, 0, &mesh), std::invalid_argument);
+    EXPECT_THROW(STLLoader::readStl("solid", 5, nullptr), std::invalid_argument);
+    EXPECT_THROW(STLLoader::readBinary(nullptr, 84, &mesh), std::invalid_argument);
+    EXPECT_THROW(STLLoader::readAscii(nullptr, &mesh), std::invalid_argument);
+    EXPECT_THROW(STLLoader::readAscii("solid", nullptr), std::invalid_argument);
+}
+
 // ---- which form
 
 TEST(StlForm, TextWhoseSizeFitsTheNumberAtOffset80IsBinary) {
-    // 4 bytes "    " are the number 0x20202020; its file would be 27 GB. One byte of 1 and three zeros cannot
-    // stand in a text, so the text ends there: what matters is the size alone.
+    // 4 bytes "    " are the number 0x20202020; its file would be 27 GB. One byte of 1 and three
+    // zeros cannot stand in a text, so the text ends there: what matters is the size alone.
     std::string text = "solid a" + std::string(73, ' ');
     const std::uint32_t count = 1;
     text.append(reinterpret_cast<const char*>(&count), 4);
@@ -195,7 +204,9 @@ TEST(StlText, NeedsNeitherSolidNorEndsolid) {
 }
 
 TEST(StlText, NamesMayBeAnyWords) {
-    EXPECT_EQ(ReadText("solid facet normal 1 endfacet\n" + facet + "endsolid facet x").vertices.size(), 3u);
+    EXPECT_EQ(
+        ReadText("solid facet normal 1 endfacet\n" + facet + "endsolid facet x").vertices.size(),
+        3u);
     EXPECT_EQ(ReadText("solid\n" + facet + "endsolid\n").vertices.size(), 3u);
     EXPECT_EQ(ReadText("solidname\n" + facet + "endsolid\n").vertices.size(), 3u);
     EXPECT_EQ(ReadText("solid \xc3\xa4\xff\n" + facet).vertices.size(), 3u);
@@ -229,7 +240,8 @@ TEST(StlText, WordsThatBeginWithVertexAreVertices) {
 }
 
 TEST(StlText, OtherWordsInAFacetPass) {
-    EXPECT_EQ(ReadText("facet normal 0 0 1 color 1 0 0 facet solid loop vertex 1 2 3 endfacet").vertices.size(),
+    EXPECT_EQ(ReadText("facet normal 0 0 1 color 1 0 0 facet solid loop vertex 1 2 3 endfacet")
+                  .vertices.size(),
               1u);
 }
 
@@ -263,7 +275,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadText{"CutNormal", "facet normal 0 0", "Error in reading normal"},
         BadText{"WordInNormal", "facet normal 0 zero 1 endfacet", "Error in reading normal"},
         BadText{"CutVertex", "facet normal 0 0 1 vertex 1 2", "Error in reading vertex"},
-        BadText{"WordInVertex", "facet normal 0 0 1 vertex a b c endfacet", "Error in reading vertex"},
+        BadText{"WordInVertex", "facet normal 0 0 1 vertex a b c endfacet",
+                "Error in reading vertex"},
         BadText{"DecimalComma", "facet vertex 1,5 2,5 3,5 endfacet", "Error in reading vertex"},
         BadText{"NumberWithTail", "facet vertex 1 2 3mm endfacet", "Error in reading vertex"},
         BadText{"TwoPoints", "facet vertex 1.2.3 4 5 endfacet", "Error in reading vertex"},
@@ -271,7 +284,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadText{"TwoSigns", "facet vertex +-1 4 5 endfacet", "Error in reading vertex"},
         BadText{"Hexadecimal", "facet vertex 0x10 4 5 endfacet", "Error in reading vertex"},
         BadText{"TooLarge", "facet vertex 1e39 0 0 endfacet", "Error in reading vertex"},
-        BadText{"TooLargeByItsDigits", "facet vertex 10000000000000000000000000000000000000000e5 0 0 endfacet",
+        BadText{"TooLargeByItsDigits",
+                "facet vertex 10000000000000000000000000000000000000000e5 0 0 endfacet",
                 "Error in reading vertex"},
         BadText{"TooLargeExponent", "facet vertex 1e99999999999999999999 0 0 endfacet",
                 "Error in reading vertex"}),
@@ -289,13 +303,29 @@ TEST(StlNumbers, TakeTheFormsOfC) {
 float Nearest(const std::string& text) { return std::strtof(text.c_str(), nullptr); }
 
 TEST(StlNumbers, AreTheNearestFloatAtHalfWays) {
-    // The first four are, as double, just half-way between two floats, but not in truth. Then between 2^24 and
-    // 2^24 + 2: a tie goes to the even one, and the smallest digit behind it decides.
-    for (const std::string text :
-         {"0.06986991688609123", "0.0000908115653146524", "22.92427349090576", "1.030589997768402",
-          "16777217", "16777217.0", "16777217.00000000000000001", "16777216.99999999999999999",
-          "16777217.000000001", "16777216.999999999", "-16777217", "16777219", "1.6777217e7", "33554434",
-          "33554438", "9007199254740993", "1e22", "1e23", "123456789e22", "0.000000000000000000000000001"})
+    // The first four are, as double, just half-way between two floats, but not in truth. Then
+    // between 2^24 and 2^24 + 2: a tie goes to the even one, and the smallest digit behind it
+    // decides.
+    for (const std::string text : {"0.06986991688609123",
+                                   "0.0000908115653146524",
+                                   "22.92427349090576",
+                                   "1.030589997768402",
+                                   "16777217",
+                                   "16777217.0",
+                                   "16777217.00000000000000001",
+                                   "16777216.99999999999999999",
+                                   "16777217.000000001",
+                                   "16777216.999999999",
+                                   "-16777217",
+                                   "16777219",
+                                   "1.6777217e7",
+                                   "33554434",
+                                   "33554438",
+                                   "9007199254740993",
+                                   "1e22",
+                                   "1e23",
+                                   "123456789e22",
+                                   "0.000000000000000000000000001"})
         EXPECT_EQ(VertexOf(text + " 0 0").x, Nearest(text)) << text;
 }
 
@@ -314,14 +344,16 @@ TEST(StlNumbers, AreTheNearestFloatInAnyNotation) {
             if (std::isinf(Nearest(text))) continue;
             ASSERT_EQ(VertexOf(text + " 0 0").x, Nearest(text)) << text;
         }
-        const std::string fixed = std::format("{:.{}f}", static_cast<double>(anyBits(random)) / 65536, precision);
+        const std::string fixed =
+            std::format("{:.{}f}", static_cast<double>(anyBits(random)) / 65536, precision);
         ASSERT_EQ(VertexOf(fixed + " 0 0").x, Nearest(fixed)) << fixed;
     }
 }
 
 TEST(StlNumbers, TooSmallForAFloatAreZero) {
     EXPECT_EQ(VertexOf("1e-50 -1e-99999999999999999999 0.000001e-45"), (Pos{0, 0, 0}));
-    EXPECT_EQ(VertexOf("0.00000000000000000000000000000000000000000000000000001e2 0 0"), (Pos{0, 0, 0}));
+    EXPECT_EQ(VertexOf("0.00000000000000000000000000000000000000000000000000001e2 0 0"),
+              (Pos{0, 0, 0}));
     EXPECT_GT(VertexOf("1e-45 0 0").x, 0.0f);  // the smallest there is
 }
 
@@ -353,7 +385,8 @@ TEST(StlPieces, EndBehindTheLastLineThatEndsAFacet) {
     const std::string two = "facet endfacet\nfacet endfacet \t\n";
     EXPECT_EQ(StlText::PieceLength(two), two.size());
     EXPECT_EQ(StlText::PieceLength(two + "facet endface"), two.size());
-    EXPECT_EQ(StlText::PieceLength(two + "facet endfacet"), two.size());  // more of the word may follow
+    EXPECT_EQ(StlText::PieceLength(two + "facet endfacet"),
+              two.size());  // more of the word may follow
     EXPECT_EQ(StlText::PieceLength(two + "facet endfacet "), two.size());
     EXPECT_EQ(StlText::PieceLength("endfacet\r\n"), 9u);
 }
@@ -387,14 +420,16 @@ std::string UnevenText() {
     std::mt19937 random(3);
     std::uniform_int_distribution<int> anyNumber(-99999, 99999), anyShape(0, 9);
     const auto three = [&] {
-        return std::format("{} {}.5 {}e-3", anyNumber(random), anyNumber(random), anyNumber(random));
+        return std::format("{} {}.5 {}e-3", anyNumber(random), anyNumber(random),
+                           anyNumber(random));
     };
     std::string text = "solid endfacet\n";
     for (int i = 0; i < 25000; ++i) {
         const int shape = anyShape(random);
         const char gap = shape < 8 ? '\n' : ' ';
-        text += std::format("facet normal{}{}{} outer loop vertex {}{}vertex {} vertex{}{} endloop{}endfacet",
-                            gap, three(), gap, three(), gap, three(), gap, three(), gap);
+        text += std::format(
+            "facet normal{}{}{} outer loop vertex {}{}vertex {} vertex{}{} endloop{}endfacet", gap,
+            three(), gap, three(), gap, three(), gap, three(), gap);
         if (shape == 5) text += "\nendsolid endfacet\nsolid facet endfacet";
         text += shape == 9 ? "  " : shape == 7 ? " \t\r\n" : "\n";
     }
@@ -486,13 +521,16 @@ TEST(StlLoad, PassesOnWhatTheReaderThrows) {
 
 std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) files.push_back(entry.path());
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        files.push_back(entry.path());
     std::ranges::sort(files);
     return files;
 }
 
-TEST(StlRegressions, EndInAMeshOrInAnError) {
-    const auto files = FilesIn(VRN_MESH_TEST_DATA);
+class StlRegressions : public testing::TestWithParam<const char*> {};
+
+TEST_P(StlRegressions, EndInAMeshOrInAnError) {
+    const auto files = FilesIn(GetParam());
     ASSERT_FALSE(files.empty());
     for (const auto& path : files) {
         SCOPED_TRACE(path.string());
@@ -502,11 +540,14 @@ TEST(StlRegressions, EndInAMeshOrInAnError) {
             EXPECT_EQ(mesh->indices.size(), mesh->vertices.size());
             EXPECT_TRUE(std::isfinite(mesh->getBox().min.x));
         } catch (const std::runtime_error& e) {
-            EXPECT_THAT(e.what(), testing::AnyOf(testing::StrEq("Bad STL File"), testing::StrEq("Error in reading normal"),
+            EXPECT_THAT(e.what(), testing::AnyOf(testing::StrEq("Bad STL File"),
+                                                 testing::StrEq("Error in reading normal"),
                                                  testing::StrEq("Error in reading vertex")));
         }
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Stl, StlRegressions, testing::Values(VRN_MESH_TEST_DATA, VRN_STL_CORPUS));
 
 TEST(StlSharedFiles, AreAllRead) {
     const std::filesystem::path folder = std::filesystem::path(VRN_SHARED_DATA) / "stl";

@@ -4,11 +4,11 @@
 #include "mesh/PaintMesh.h"
 #include "mesh/ShapeTriangles.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <BRep_Tool.hxx>
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <Poly_Triangulation.hxx>
 #include <Standard_Failure.hxx>
 #include <TopExp_Explorer.hxx>
@@ -222,7 +222,8 @@ TopoDS_Face MeshedFace() {
 TEST(FaceTriangles, OfAFaceThatWasNeverMeshedAreNone) {
     const TopoDS_Shape box = BRepPrimAPI_MakeBox(10.0, 20.0, 30.0).Shape();
     Mesh mesh("m");
-    EXPECT_EQ(AppendFaceTriangles(TopoDS::Face(TopExp_Explorer(box, TopAbs_FACE).Current()), mesh), 0u);
+    EXPECT_EQ(AppendFaceTriangles(TopoDS::Face(TopExp_Explorer(box, TopAbs_FACE).Current()), mesh),
+              0u);
     EXPECT_TRUE(mesh.vertices.empty());
 }
 
