@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <OgreSceneNode.h>
+
 #include "selection/VisualSelection.h"
 #include "suite/broker/SignalBroker.h"
 #include "visual/Visual.h"
@@ -25,7 +27,10 @@ void Scene::processMsgs() {
         const std::lock_guard lock(taskMutex);
         batch.swap(renderTasks);
     }
+    const bool hasTasks = !batch.empty();
     for (; !batch.empty(); batch.pop_front()) batch.front().fn();
+    // Instances learn of a move when their nodes are updated, which a frame does too late for itself.
+    if (hasTasks) root->node->_update(/*updateChildren=*/true, /*parentHasChanged=*/false);
     if (needsUpdate.exchange(false)) broker::SignalBroker::updateScene();
 }
 

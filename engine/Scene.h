@@ -27,6 +27,10 @@ class InstanceManager;
 class SceneManager;
 }  // namespace Ogre
 
+namespace vrn::layout {
+class Manipulator;
+}
+
 namespace vrn::sdf {
 class SdfNode;
 }
@@ -162,10 +166,25 @@ public:
     void LoadStation();
     void addPart(sdf::SdfNode* modelNode);
     void addAssembly(sdf::SdfNode* modelNode);
-    /// Unlike the others, a frame needs the visual of its parent id, unless that is 0: it is looked up
-    /// strictly in the task.
+    /// A manipulator, tool or device, without `buildChildren` without the parts of its links; any other kind
+    /// does nothing.
+    void addMechanism(sdf::SdfNode* modelNode, bool buildChildren);
+    /// A user component; any other kind does nothing.
+    void addSmartComponent(sdf::SdfNode* modelNode);
+    void addPointCloud(sdf::SdfNode* modelNode);
     void addFrame(sdf::SdfNode* modelNode);
     void addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose);
+    /// The work objects of a task, then its tools' centre points. The id is looked up strictly in the task that
+    /// is posted; an object that is no task throws std::bad_cast there.
+    void addTask(std::uint32_t id);
+    /// The centre point of a tool, under the visual of its parent id. The item and that visual are looked up
+    /// strictly in the task; for the update the item's visual too, which is made anew.
+    void addToolData(std::uint32_t id);
+    void updateToolData(std::uint32_t id);
+    void addWObj(sdf::SdfNode* modelNode);
+    /// Moves a work object to its model's parent and poses; it and the parent's visual are looked up strictly in
+    /// the task.
+    void updateWObj(std::uint32_t id);
     void removeVisual(std::uint32_t id);
     void removeTempVisual(std::uint32_t id);
     void attachVisual(std::uint32_t parentId, Visual* visual);
@@ -217,6 +236,9 @@ public:
     void setVisualsSelected(const std::vector<std::uint32_t>& ids);
     void clearSelectedVisuals();
     void clearSelections();
+    /// Selects points of clouds, by the clouds' ids, in place of the selection so far. In the task an id is looked
+    /// up strictly, and one of another kind of visual throws std::bad_cast.
+    void selectPointCloud(const std::unordered_map<unsigned int, std::vector<unsigned long>>& indices);
     /// True if the visual or one of its ancestors up to the first top-level one is selected. Thread: caller.
     [[nodiscard]] bool isSelected(const Visual* visual) const;
 
@@ -261,6 +283,11 @@ private:
     }
 
     void doLoadStation();
+    void buildManipulator(layout::Manipulator* robot);
+    void buildMechanism(sdf::SdfNode* modelNode, bool buildChildren);
+    void buildSmartComponent(sdf::SdfNode* modelNode);
+    void buildTask(std::uint32_t id);
+    void buildToolData(sdf::SdfNode* item);
     void doRestoreCamera();
     void drainLoadTasks();
     void doRemoveVisual(std::uint32_t id);

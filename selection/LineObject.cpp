@@ -2,6 +2,7 @@
 
 #include "mesh/DynamicLines.h"
 #include "visual/geometry/LineVisual.h"
+#include "visual/station/InstanceFrameVisual.h"
 
 namespace vrn::selection {
 
@@ -21,10 +22,27 @@ std::size_t PointsInSegments(const visual::DynamicLines& line) {
     return 0;
 }
 
+visual::Box BoxOfLines(const visual::LineVisual& lines) {
+    visual::Box result;
+    for (const auto& line : lines.getLines())
+        result.addPoints(std::span(line->getPoints()).first(PointsInSegments(*line)));
+    return result;
+}
+
+visual::Box BoxOfAxes(const visual::InstanceFrameVisual& frame) {
+    const float size = frame.getFrameSize();
+    visual::Box result;
+    result.addPoint({0, 0, 0});
+    result.addPoint(visual::InstanceFrameVisual::showsZAxisOnly()
+                        ? rob::PosTemplate<float>{0, 0, size}
+                        : rob::PosTemplate<float>{size, size, size});
+    return result;
+}
+
 }  // namespace
 
-LineObject::LineObject(visual::LineVisual* lineVisual)
-    : SelectableObject(lineVisual, ObjectKind::Line), lines(lineVisual) {}
+LineObject::LineObject(visual::Visual* shownLines)
+    : SelectableObject(shownLines, ObjectKind::Line) {}
 
 void LineObject::updateWorldBox() {
     if (!worldBoxDirty) return;
@@ -39,10 +57,10 @@ void LineObject::updateWorldBox() {
 }
 
 visual::Box LineObject::segmentBox() const {
-    visual::Box result;
-    for (const auto& line : lines->getLines())
-        result.addPoints(std::span(line->getPoints()).first(PointsInSegments(*line)));
-    return result;
+    if (const auto* frame = dynamic_cast<const visual::InstanceFrameVisual*>(visual))
+        return BoxOfAxes(*frame);
+    const auto* lines = dynamic_cast<const visual::LineVisual*>(visual);
+    return lines ? BoxOfLines(*lines) : visual::Box();
 }
 
 }  // namespace vrn::selection

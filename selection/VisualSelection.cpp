@@ -2,8 +2,13 @@
 
 #include "selection/LineObject.h"
 #include "selection/MeshObject.h"
+#include "selection/PointCloudObject.h"
+#include "selection/PointObject.h"
 #include "suite/broker/SignalBroker.h"
 #include "visual/geometry/LineVisual.h"
+#include "visual/geometry/PointCloudVisual.h"
+#include "visual/geometry/PointVisual.h"
+#include "visual/station/InstanceFrameVisual.h"
 #include "visual/Visual.h"
 #include "visual/VisualIterator.h"
 
@@ -52,6 +57,28 @@ void VisualSelection::addLineVisual(visual::LineVisual* visual) {
     if (!visual) throw std::invalid_argument("a line visual to register must not be null");
     setDirty();
     add(std::make_unique<LineObject>(visual), containers[0]);
+}
+
+void VisualSelection::addFrameVisual(visual::InstanceFrameVisual* visual) {
+    if (!visual) throw std::invalid_argument("a frame visual to register must not be null");
+    setDirty();
+    add(std::make_unique<LineObject>(visual), containers[0]);
+}
+
+void VisualSelection::addPointVisual(visual::PointVisual* visual, bool detectable) {
+    if (!visual) throw std::invalid_argument("a point visual to register must not be null");
+    setDirty();
+    auto object = std::make_unique<PointObject>(visual);
+    object->detectable = detectable;
+    add(std::move(object), containers[0]);
+}
+
+void VisualSelection::addPointCloudVisual(visual::PointCloudVisual* visual, bool detectable) {
+    if (!visual) throw std::invalid_argument("a point cloud visual to register must not be null");
+    setDirty();
+    auto object = std::make_unique<PointCloudObject>(visual);
+    object->detectable = detectable;
+    add(std::move(object), containers[1]);
 }
 
 bool VisualSelection::hasVisual(visual::Visual* visual) const { return objects.contains(visual); }

@@ -10,7 +10,10 @@
 #include <unordered_set>
 
 namespace vrn::visual {
+class InstanceFrameVisual;
 class LineVisual;
+class PointCloudVisual;
+class PointVisual;
 class Visual;
 }  // namespace vrn::visual
 
@@ -42,6 +45,10 @@ public:
     /// `priority`: a hit on it beats every distance.
     void addMeshVisual(visual::Visual* visual, bool detectable, bool priority);
     void addLineVisual(visual::LineVisual* visual);
+    void addFrameVisual(visual::InstanceFrameVisual* visual);
+    void addPointVisual(visual::PointVisual* visual, bool detectable);
+    /// Goes to the container of clouds.
+    void addPointCloudVisual(visual::PointCloudVisual* visual, bool detectable);
 
     [[nodiscard]] bool hasVisual(visual::Visual* visual) const;
     /// Throws std::out_of_range, "unordered_map::at", for a visual that is not registered.

@@ -12,6 +12,7 @@
 #include "suite/task/Task.h"
 #include "visual/VisualIterator.h"
 #include "visual/geometry/FacetVisual.h"
+#include "visual/geometry/PointCloudVisual.h"
 
 namespace vrn::visual {
 
@@ -151,6 +152,17 @@ void Scene::clearSelectedVisuals() {
         doClearSelectedVisuals();
         setBorderHighlightEnabled(false);
     });
+}
+
+void Scene::selectPointCloud(
+    const std::unordered_map<unsigned int, std::vector<unsigned long>>& indices) {
+    clearHighlightedVisual();
+    clearSelections();
+    for (const auto& [id, selected] : indices)
+        postToVisual(id, [this, selected](Visual* visual) {
+            dynamic_cast<PointCloudVisual&>(*visual).setSelectedIndices(selected);
+            selectedVisuals.push_back(visual->id);
+        });
 }
 
 void Scene::doClearSelectedVisuals() {

@@ -11,8 +11,36 @@
 #include "view/Grid.h"
 #include "visual/VisualIterator.h"
 #include "visual/station/FrameVisual.h"
+#include "visual/station/InstanceFrameVisual.h"
+#include "visual/station/WObjVisual.h"
 
 namespace vrn::visual {
+
+namespace {
+
+// Where the size of a kind of frame is remembered; null for kinds that have none. Tcp frames share the setting of
+// plain frames here, joint targets that of robot targets; their own are only read.
+std::int32_t* SizeSetting(SceneSettings& settings, VisualType type) {
+    switch (type) {
+        case VisualType::Frame:
+        case VisualType::Tcp: return &settings.frameSize;
+        case VisualType::RobTarget:
+        case VisualType::JointTarget: return &settings.robTargetFrameSize;
+        case VisualType::WObj: return &settings.wobjFrameSize;
+        default: return nullptr;
+    }
+}
+
+void SetFrameSize(Visual* visual, unsigned size) {
+    if (auto* frame = dynamic_cast<FrameVisual*>(visual)) frame->setFrameSize(size);
+    if (auto* target = dynamic_cast<InstanceFrameVisual*>(visual)) target->setFrameSize(size);
+    if (auto* wobj = dynamic_cast<WObjVisual*>(visual)) {
+        wobj->getUserFrame()->setFrameSize(size);
+        wobj->getObjectFrame()->setFrameSize(size);
+    }
+}
+
+}  // namespace
 
 void Scene::setGridNormalDir(int dir) {
     settings.verticalDir = dir;
@@ -57,13 +85,13 @@ void Scene::setFrameSize(unsigned int size, VisualType type) {
 }
 
 void Scene::doSetFramesSize(unsigned int size, VisualType type) {
-    if (type != VisualType::Frame && type != VisualType::Tcp) return;
+    std::int32_t* setting = SizeSetting(settings, type);
+    if (!setting) return;
     for (const auto& [id, visual] : visuals) {
         if (visual->type != type) continue;
-        // Inside the loop on purpose: a size asked for a kind that nothing has is not remembered. Tcp
-        // frames share the setting of plain frames here; tcpFrameSize is only read.
-        settings.frameSize = static_cast<std::int32_t>(size);
-        if (auto* frame = dynamic_cast<FrameVisual*>(visual)) frame->setFrameSize(size);
+        // Inside the loop on purpose: a size asked for a kind that nothing has is not remembered.
+        *setting = static_cast<std::int32_t>(size);
+        SetFrameSize(visual, size);
     }
 }
 
@@ -97,7 +125,11 @@ void Scene::setDrawTargetVisual(bool on) {
 
 void Scene::setDrawTargetZAxisOnly(bool on) {
     settings.drawTargetZAxisOnly = on;
-    if (settings.drawTargetVisual) post([] {});
+    if (!settings.drawTargetVisual) return;
+    post([this, on] {
+        for (const auto& [id, visual] : visuals)
+            if (auto* target = dynamic_cast<InstanceFrameVisual*>(visual)) target->updateEntity(on);
+    });
 }
 
 void Scene::setDrawSegVisual(bool on) { settings.drawSegVisual = on; }

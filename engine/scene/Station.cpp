@@ -5,14 +5,23 @@
 #include "engine/Scene.h"
 #include "suite/layout/Frame.h"
 #include "suite/layout/Layout.h"
+#include "suite/layout/Mechanism.h"
 #include "suite/layout/Part.h"
+#include "suite/layout/PointCloud.h"
 #include "suite/sdf/SdfNode.h"
+#include "suite/smart/SmartComponent.h"
 #include "suite/smart/StationLogic.h"
+#include "suite/task/Task.h"
 #include "view/Camera.h"
 #include "visual/Visual.h"
+#include "visual/geometry/PointCloudVisual.h"
 #include "visual/station/AssemblyVisual.h"
+#include "visual/station/DeviceVisual.h"
 #include "visual/station/FrameVisual.h"
+#include "visual/station/ManipulatorVisual.h"
 #include "visual/station/PartVisual.h"
+#include "visual/station/ToolVisual.h"
+#include "visual/station/UserComponentVisual.h"
 
 namespace vrn::visual {
 
@@ -24,6 +33,13 @@ constexpr double savedViewPointSquared = 1e-5;
 bool IsSaved(const rob::PoseTemplate<double>& viewPoint) {
     return viewPoint.position.asVec3().squaredLength() >= savedViewPointSquared ||
            !viewPoint.rotation.isApprox(rob::RotationTemplate<double>{});
+}
+
+// Those that stand in the station itself; what stands inside a compound is built by it.
+template <class Object, class Action>
+void ForEachStandalone(const std::vector<Object*>& objects, Action action) {
+    for (Object* object : objects)
+        if (object->isStandalone()) action(object);
 }
 
 }  // namespace
@@ -43,16 +59,53 @@ void Scene::LoadStation() {
 
 void Scene::doLoadStation() {
     const layout::Layout& layout = *layout::Layout::inst();
-    for (layout::Assembly* assembly : layout.assemblies())
-        if (assembly->isStandalone()) AssemblyVisual::Build(resolveParentVisual(assembly), assembly);
-    for (layout::Part* part : layout.parts())
-        if (part->isStandalone()) PartVisual::Build(resolveParentVisual(part), part);
+    for (layout::Manipulator* robot : layout.manipulators()) buildManipulator(robot);
+    ForEachStandalone(layout.assemblies(), [this](layout::Assembly* assembly) {
+        AssemblyVisual::Build(resolveParentVisual(assembly), assembly);
+    });
+    ForEachStandalone(layout.parts(), [this](layout::Part* part) {
+        PartVisual::Build(resolveParentVisual(part), part);
+    });
+    ForEachStandalone(layout.pointclouds(), [this](layout::PointCloud* cloud) {
+        PointCloudVisual::Build(resolveParentVisual(cloud), cloud);
+    });
+    const auto build = [this](sdf::SdfNode* mechanism) {
+        buildMechanism(mechanism, /*buildChildren=*/true);
+    };
+    ForEachStandalone(layout.tools(), build);
+    ForEachStandalone(layout.devices(), build);
     for (layout::Frame* frame : layout.frames())
         FrameVisual::Build(resolveParentVisual(frame), frame);
+    for (smartcomp::SmartComponent* component : smartcomp::GetAllSmartComponents())
+        if (component->isTopLevel()) buildSmartComponent(component);
+    for (const task::Task* job : task::GetAllTasks()) buildTask(job->id);
     doRestoreCamera();
     for (const layout::Attachment& attachment : layout.attachments())
         doAddAttachment(attachment.childId, attachment.parentId, attachment.pose);
     drainLoadTasks();
+}
+
+void Scene::buildManipulator(layout::Manipulator* robot) {
+    buildMechanism(robot, /*buildChildren=*/true);
+    if (const layout::BaseFrame* base = robot->baseObject())
+        FrameVisual::Build(root, base->id, rob::PoseTemplate<float>(base->getPose()));
+}
+
+void Scene::buildMechanism(sdf::SdfNode* modelNode, bool buildChildren) {
+    Visual* parent = resolveParentVisual(modelNode);
+    switch (modelNode->objectType) {
+        case sdf::ObjectType::Manipulator:
+            return ManipulatorVisual::Build(parent, modelNode, buildChildren);
+        case sdf::ObjectType::Tool: return ToolVisual::Build(parent, modelNode, buildChildren);
+        case sdf::ObjectType::Device: return DeviceVisual::Build(parent, modelNode, buildChildren);
+        default: return;
+    }
+}
+
+void Scene::buildSmartComponent(sdf::SdfNode* modelNode) {
+    const auto& object = dynamic_cast<const sdf::SdfObject&>(*modelNode);
+    if (object.asType(sdf::ObjectType::UserComponent))
+        UserComponentVisual::Build(resolveParentVisual(modelNode), modelNode);
 }
 
 void Scene::doRestoreCamera() {
@@ -71,11 +124,20 @@ void Scene::addAssembly(sdf::SdfNode* modelNode) {
     post([this, modelNode] { AssemblyVisual::Build(resolveParentVisual(modelNode), modelNode); });
 }
 
+void Scene::addMechanism(sdf::SdfNode* modelNode, bool buildChildren) {
+    post([this, modelNode, buildChildren] { buildMechanism(modelNode, buildChildren); });
+}
+
+void Scene::addSmartComponent(sdf::SdfNode* modelNode) {
+    post([this, modelNode] { buildSmartComponent(modelNode); });
+}
+
+void Scene::addPointCloud(sdf::SdfNode* modelNode) {
+    post([this, modelNode] { PointCloudVisual::Build(resolveParentVisual(modelNode), modelNode); });
+}
+
 void Scene::addFrame(sdf::SdfNode* modelNode) {
-    post([this, modelNode] {
-        const std::uint32_t parentId = modelNode->parentId;
-        FrameVisual::Build(parentId == 0 ? root : visuals.at(parentId), modelNode);
-    });
+    post([this, modelNode] { FrameVisual::Build(resolveParentVisual(modelNode), modelNode); });
 }
 
 void Scene::addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose) {

@@ -15,6 +15,7 @@
 #include "selection/VisualSelection.h"
 #include "suite/geom/BodyColorTool.h"
 #include "suite/layout/Body.h"
+#include "visual/geometry/Detectable.h"
 #include "visual/geometry/EntityCounts.h"
 #include "visual/geometry/Hex2RGB.h"
 
@@ -26,13 +27,6 @@ constexpr std::size_t colourParameter = 0;
 constexpr const char* arrowMesh = "mfg_arrow";
 constexpr const char* arrowColour = "#FFA725";
 constexpr const char* copyMaterial = "TransBody";
-
-// "detectable" stands in the element above the body's; a body without the key is detectable.
-bool IsDetectable(const sdf::SdfNode* body) {
-    const auto above = body->element->getParent();
-    const auto value = above ? above->get("detectable") : nullptr;
-    return value ? value->as<bool>() : true;
-}
 
 }  // namespace
 
@@ -53,7 +47,7 @@ void MeshVisual::destroyEntity() {
 
 MeshVisual* MeshVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
     auto& body = dynamic_cast<layout::Body&>(*modelNode);
-    const bool detectable = IsDetectable(modelNode);
+    const bool detectable = IsDetectable(*modelNode);
     const std::string given = body.getMaterialName();
     const std::string base = given.empty() ? "Body" : given;
 

@@ -11,6 +11,7 @@
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
+#include "visual/station/FrameSize.h"
 
 namespace vrn::visual {
 
@@ -18,19 +19,6 @@ namespace {
 
 // Of the golden section: dashes read as dashes, not as dots.
 constexpr double dashUnits = 1.618;
-
-float SizeOfType(VisualType type) {
-    const SceneSettings& settings = Scene::Get()->settings;
-    switch (type) {
-        case VisualType::Frame: return static_cast<float>(settings.frameSize);
-        case VisualType::Tcp: return static_cast<float>(settings.tcpFrameSize);
-        case VisualType::RobTarget: return static_cast<float>(settings.robTargetFrameSize);
-        case VisualType::JointTarget: return static_cast<float>(settings.jointTargetFrameSize);
-        case VisualType::WObjUserFrame:
-        case VisualType::WObjObjectFrame: return static_cast<float>(settings.wobjFrameSize);
-        default: return 0.0f;
-    }
-}
 
 void UseMaterial(DynamicLines* line, const char* name) {
     const Ogre::MaterialPtr material = Ogre::MaterialManager::getSingleton().getByName(
@@ -55,14 +43,14 @@ FrameVisual::FrameVisual(Visual* parent, std::uint32_t idIn, const std::string& 
                          VisualType frameType)
     : LineVisual(idIn, SharedName{FrameName(name, idIn)}, parent) {
     type = FrameType(frameType);
-    createAxes({0.0f, SizeOfType(type)});
+    createAxes({0.0f, FrameSizeOfType(type)});
 }
 
 FrameVisual::FrameVisual(Visual* parent, const std::string& name, VisualType frameType,
                          unsigned dashCount)
     : LineVisual(sdf::SdfManager::GenerateTransientId(), SharedName{name}, parent) {
     type = FrameType(frameType);
-    createAxes(dashPoints(SizeOfType(type), dashCount));
+    createAxes(dashPoints(FrameSizeOfType(type), dashCount));
 }
 
 std::vector<float> FrameVisual::dashPoints(double size, unsigned dashCount) {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "suite/rob/VectorTypes.h"
+
+namespace Ogre {
+class ManualObject;
+}
+
+namespace vrn::visual {
+
+class Visual;
+
+/// A picture of points on the visual's node, empty yet. The visual owns it and has to destroy it.
+/// Thread: render.
+Ogre::ManualObject* MakePointPicture(Visual* visual);
+/// Does nothing for null. Thread: render.
+void DestroyPointPicture(Ogre::ManualObject* picture);
+
+/// Appends the points, in the frame of the visual, as a section of its own in one colour. Points
+/// that are not finite are left out; without any point there is no section. Thread: render.
+void AddPoints(Ogre::ManualObject& picture, const std::string& materialName,
+               std::span<const rob::PosTemplate<float>> points,
+               const rob::ColorTemplate<float>& color);
+
+/// The colour of all sections; `alpha` is 1 for opaque. Thread: render.
+void SetPointColor(Ogre::ManualObject& picture, const rob::ColorTemplate<float>& color,
+                   float alpha);
+
+}  // namespace vrn::visual

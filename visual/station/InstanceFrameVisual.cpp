@@ -1,0 +1,130 @@
+#include "visual/station/InstanceFrameVisual.h"
+
+#include <array>
+#include <format>
+
+// The instance manager uses what this declares without including it.
+#include <OgreIteratorWrapper.h>
+
+#include <OgreException.h>
+#include <OgreInstanceBatch.h>
+#include <OgreInstancedEntity.h>
+#include <OgreInstanceManager.h>
+#include <OgreMaterialManager.h>
+
+#include "engine/Scene.h"
+#include "selection/VisualSelection.h"
+#include "visual/station/FrameSize.h"
+
+namespace vrn::visual {
+
+namespace {
+
+constexpr const char* mainManager = "VRN_FrameInstanceManager";
+// Manager and material have one name.
+constexpr const char* highlightName = "InstanceRobTargetHighlight";
+constexpr const char* selectedName = "InstanceRobTargetSelected";
+
+constexpr Ogre::uint8 lineQueueGroup = 60;
+constexpr std::size_t colourParameter = 0;
+// Asks for the colours of the mesh.
+const Ogre::Vector4 vertexColours(0, 0, 0, -1);
+
+// What is left of the x and y axes when only z is shown, whatever the size: too short to be seen.
+constexpr float hiddenAxisLength = 0.01f;
+
+Ogre::Vector3 ScaleOfSize(float size) {
+    if (InstanceFrameVisual::showsZAxisOnly()) return {hiddenAxisLength, hiddenAxisLength, size};
+    return {size, size, size};
+}
+
+// The engine would take an unknown name without a word and read through a null pointer at the next
+// frame.
+void CheckMaterial(const std::string& name) {
+    const bool exists = Ogre::MaterialManager::getSingleton().resourceExists(
+        name, Ogre::ResourceGroupManager::AUTODETECT_RESOURCE_GROUP_NAME);
+    if (!exists)
+        OGRE_EXCEPT(Ogre::Exception::ERR_ITEM_NOT_FOUND,
+                    std::format("instances need the material \"{}\", which does not exist", name),
+                    "InstanceFrameVisual");
+}
+
+}  // namespace
+
+InstanceFrameVisual::InstanceFrameVisual(Visual* parent, std::uint32_t idIn,
+                                         const std::string& name, VisualType frameType,
+                                         std::string instanceMaterialName)
+    : Visual(idIn, name, parent),
+      instanceMaterial(std::move(instanceMaterialName)),
+      frameSize(FrameSizeOfType(frameType)) {
+    type = frameType;
+    mainEntity = createEntity(mainManager, instanceMaterial, frameSize);
+}
+
+InstanceFrameVisual::~InstanceFrameVisual() {
+    auto* picking = selection::VisualSelection::Get();
+    if (picking && picking->hasVisual(this)) picking->removeObject(this);
+    for (Ogre::InstancedEntity* look : {mainEntity, highlightEntity, selectedEntity})
+        if (look) look->_getOwner()->removeInstancedEntity(look);
+}
+
+Ogre::InstancedEntity* InstanceFrameVisual::createEntity(const std::string& managerKey,
+                                                         const std::string& materialName,
+                                                         float size) {
+    CheckMaterial(materialName);
+    Ogre::InstancedEntity* look =
+        Scene::Get()->instanceManagers.at(managerKey)->createInstancedEntity(materialName);
+    // A slot that an earlier target gave back keeps that one's visibility.
+    look->setVisible(true);
+    look->setScale(ScaleOfSize(size), /*doUpdate=*/true);
+    // A batch is drawn as one: its own queue group and colour count, those of the instance do not.
+    look->_getOwner()->setRenderQueueGroup(lineQueueGroup);
+    look->_getOwner()->setCustomParameter(colourParameter, vertexColours);
+    attachObject(look);
+    return look;
+}
+
+bool InstanceFrameVisual::showsZAxisOnly() { return Scene::Get()->settings.drawTargetZAxisOnly; }
+
+void InstanceFrameVisual::setFrameSize(unsigned size) { scaleTo(static_cast<float>(size)); }
+
+void InstanceFrameVisual::scaleTo(float size) {
+    for (Ogre::InstancedEntity* look : {mainEntity, highlightEntity, selectedEntity})
+        if (look) look->setScale(ScaleOfSize(size), /*doUpdate=*/true);
+    auto* picking = selection::VisualSelection::Get();
+    if (!picking->hasVisual(this)) return;
+    picking->removeCompoundObject(this);
+    picking->addFrameVisual(this);
+}
+
+float InstanceFrameVisual::getFrameSize() const { return mainEntity->getScale().z; }
+
+void InstanceFrameVisual::updateEntity(bool /*zAxisOnly*/) { scaleTo(FrameSizeOfType(type)); }
+
+void InstanceFrameVisual::showOnly(const Ogre::InstancedEntity* look) {
+    for (Ogre::InstancedEntity* each : {mainEntity, highlightEntity, selectedEntity})
+        if (each) each->setVisible(each == look);
+}
+
+void InstanceFrameVisual::setVisible(bool show, bool cascade) {
+    Visual::setVisible(show, cascade);
+    if (show) InstanceFrameVisual::resetAppearance();
+}
+
+void InstanceFrameVisual::resetAppearance() { showOnly(mainEntity); }
+
+void InstanceFrameVisual::setSelected() {
+    if (!selectedEntity)
+        selectedEntity = createEntity(selectedName, selectedName, FrameSizeOfType(type));
+    showOnly(selectedEntity);
+}
+
+void InstanceFrameVisual::setHighlighted() {
+    if (!highlightEntity)
+        highlightEntity = createEntity(highlightName, highlightName, FrameSizeOfType(type));
+    showOnly(highlightEntity);
+}
+
+void InstanceFrameVisual::clearHighlightOrSelect() { setVisible(visible, /*cascade=*/false); }
+
+}  // namespace vrn::visual

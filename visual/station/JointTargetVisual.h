@@ -1,0 +1,18 @@
+#pragma once
+
+#include "visual/station/InstanceFrameVisual.h"
+
+namespace vrn::visual {
+
+/// A joint target, called "JOINTTARGET_{id}": selected and highlighted it looks like a robot
+/// target. Thread: render.
+class VRN_VISUAL_API JointTargetVisual : public InstanceFrameVisual {
+public:
+    JointTargetVisual(Visual* parent, std::uint32_t idIn);
+
+    /// With id and pose of the model object, entered in the registry and in the selection. Throws
+    /// what ModelPose and the constructor throw; then the tree is as it was.
+    static JointTargetVisual* Build(Visual* parent, sdf::SdfNode* modelNode);
+};
+
+}  // namespace vrn::visual

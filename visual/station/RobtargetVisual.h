@@ -1,0 +1,22 @@
+#pragma once
+
+#include "visual/station/InstanceFrameVisual.h"
+
+namespace vrn::visual {
+
+/// A robot target, called "ROBTARGET_{id}". Thread: render.
+class VRN_VISUAL_API RobtargetVisual : public InstanceFrameVisual {
+public:
+    RobtargetVisual(Visual* parent, std::uint32_t idIn);
+
+    /// For the model object of that id, with its pose, entered in the registry and in the
+    /// selection. Throws std::out_of_range, "unordered_map::at", for an id that the model does not
+    /// know, and what ModelPose and the constructor throw; then the tree is as it was.
+    static RobtargetVisual* Build(Visual* parent, std::uint32_t idIn);
+
+    /// Both bring the normal look back.
+    void preview();
+    void cancelPreview();
+};
+
+}  // namespace vrn::visual
