@@ -1,16 +1,10 @@
 #include "examples/Gear.h"
 
-#include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
-#include <BRepBuilderAPI_MakeWire.hxx>
+#include <BRepBuilderAPI_MakePolygon.hxx>
 #include <BRepPrimAPI_MakePrism.hxx>
-#include <GC_MakeArcOfCircle.hxx>
-#include <Geom_BSplineCurve.hxx>
-#include <Geom_TrimmedCurve.hxx>
-#include <GeomAPI_PointsToBSpline.hxx>
-#include <TColgp_Array1OfPnt.hxx>
-#include <TopoDS_Edge.hxx>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
@@ -52,48 +46,37 @@ double HalfToothAngle(const Gear& gear, const Circles& r, double radius) {
     return pi / 2 / gear.teeth + InvoluteAngle(r.base, r.pitch) - InvoluteAngle(r.base, radius);
 }
 
-/// One flank from the base circle to the tip circle; `side` -1 is clockwise of the tooth's middle.
-TopoDS_Edge Flank(const Gear& gear, const Circles& r, double middle, int side) {
-    constexpr int count = 9;
-    TColgp_Array1OfPnt points(1, count);
-    for (int i = 0; i < count; ++i) {
-        // The clockwise flank runs outward, the other one back inward.
-        const double t = static_cast<double>(side < 0 ? i : count - 1 - i) / (count - 1);
-        const double radius = r.base + t * (r.tip - r.base);
-        points.SetValue(i + 1, Polar(radius, middle + side * HalfToothAngle(gear, r, radius)));
+/// Corners of one flank, outward: from the root circle radially to the base circle, then along the
+/// involute and on past the tip circle, where the blank ends the tooth. `side` -1 is clockwise of
+/// the tooth's middle.
+std::vector<gp_Pnt> Flank(const Gear& gear, const Circles& r, double middle, int side) {
+    constexpr int steps = 4;
+    const auto at = [&](double radius, double angleRadius) {
+        return Polar(radius, middle + side * HalfToothAngle(gear, r, angleRadius));
+    };
+    std::vector<gp_Pnt> corners{at(r.root, r.base)};
+    for (int i = 0; i <= steps; ++i) {
+        const double radius = r.base + (r.tip + 0.1 * gear.module - r.base) * i / steps;
+        corners.push_back(at(radius, radius));
     }
-    const Handle(Geom_BSplineCurve) curve =
-        GeomAPI_PointsToBSpline(points, 3, 5, GeomAbs_C2, 1e-4).Curve();
-    return BRepBuilderAPI_MakeEdge(curve, points.First(), points.Last()).Edge();
+    return corners;
 }
 
-TopoDS_Edge Line(const gp_Pnt& from, const gp_Pnt& to) {
-    return BRepBuilderAPI_MakeEdge(from, to).Edge();
-}
-
-TopoDS_Edge Arc(double radius, double from, double to) {
-    const Handle(Geom_TrimmedCurve) arc =
-        GC_MakeArcOfCircle(Polar(radius, from), Polar(radius, (from + to) / 2), Polar(radius, to))
-            .Value();
-    return BRepBuilderAPI_MakeEdge(arc).Edge();
-}
-
-/// Root arc, radial line up to the base circle, flank, tip arc, flank, radial line down; once a
-/// tooth.
+/// All teeth, a little longer than they will be. Straight pieces, because flat faces are cut much
+/// faster than curved ones and the triangles would be no finer.
 TopoDS_Shape Toothed(const Gear& gear, const Circles& r) {
     const double pitchAngle = 2 * pi / gear.teeth;
-    const double atBase = HalfToothAngle(gear, r, r.base), atTip = HalfToothAngle(gear, r, r.tip);
-    BRepBuilderAPI_MakeWire wire;
+    BRepBuilderAPI_MakePolygon outline;
     for (int i = 0; i < gear.teeth; ++i) {
         const double middle = i * pitchAngle;
-        wire.Add(Line(Polar(r.root, middle - atBase), Polar(r.base, middle - atBase)));
-        wire.Add(Flank(gear, r, middle, -1));
-        wire.Add(Arc(r.tip, middle - atTip, middle + atTip));
-        wire.Add(Flank(gear, r, middle, +1));
-        wire.Add(Line(Polar(r.base, middle + atBase), Polar(r.root, middle + atBase)));
-        wire.Add(Arc(r.root, middle + atBase, middle + pitchAngle - atBase));
+        const std::vector<gp_Pnt> up = Flank(gear, r, middle, -1),
+                                  down = Flank(gear, r, middle, +1);
+        for (auto corner = up.begin(); corner != up.end(); ++corner) outline.Add(*corner);
+        for (auto corner = down.rbegin(); corner != down.rend(); ++corner) outline.Add(*corner);
+        outline.Add(Polar(r.root, middle + pitchAngle / 2));
     }
-    return BRepPrimAPI_MakePrism(BRepBuilderAPI_MakeFace(wire.Wire(), /*OnlyPlane=*/true).Face(),
+    outline.Close();
+    return BRepPrimAPI_MakePrism(BRepBuilderAPI_MakeFace(outline.Wire(), /*OnlyPlane=*/true).Face(),
                                  gp_Vec(0, 0, gear.width))
         .Shape();
 }
@@ -127,7 +110,8 @@ TopoDS_Shape MakeGear(const Gear& gear) {
         tools.push_back(CylinderAt(Polar(between, 2 * pi * (i + 0.5) / gear.webHoles), through,
                                    (rim - gear.hubRadius) * 0.32));
     }
-    return Cut(Common(Toothed(gear, r), blank), tools);
+    // The many faces of the teeth come in last: what they go through costs most of the time.
+    return Common(Cut(blank, tools), Toothed(gear, r));
 }
 
 }  // namespace vrn::examples

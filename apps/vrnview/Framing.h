@@ -34,8 +34,8 @@ struct CameraPlacement {
 /// Looks from `view` so that all of `points` just fill the picture, centred, with a small margin.
 ///
 /// Points with a coordinate that is not finite are passed over; without any other the middle of the
-/// furniture is framed. `furniture` is what is drawn as well but not framed, such as the grid: it only
-/// moves the far clip distance. Works for scenes of any size, single points too. Thread: pure.
+/// furniture is framed. `furniture` is what is drawn as well but not framed, such as the grid: it
+/// only moves the far clip distance. Works for scenes of any size, single points too. Thread: pure.
 [[nodiscard]] CameraPlacement FramePoints(std::span<const rob::PosTemplate<double>> points,
                                           const Bounds& furniture, StandardView view,
                                           const FieldOfView& fov);

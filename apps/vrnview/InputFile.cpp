@@ -53,9 +53,10 @@ std::string ExplainStlFailure(const std::filesystem::path& file, const std::stri
         triangles |= std::uint64_t{static_cast<unsigned char>(header[80 + i])} << (8 * i);
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(file, error);
-    if (error) return readerMessage;
+    const std::uint64_t expected = headerSize + triangleSize * triangles;
+    if (error || size == expected) return readerMessage;
     return std::format("{}: a binary STL of {} triangles has {} bytes, this file has {}",
-                       readerMessage, triangles, headerSize + triangleSize * triangles, size);
+                       readerMessage, triangles, expected, size);
 }
 
 std::string GeometryUri(const std::filesystem::path& file) {

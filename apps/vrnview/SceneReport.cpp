@@ -4,6 +4,8 @@
 #include <OgreMovableObject.h>
 #include <OgreSceneNode.h>
 
+#include <cmath>
+
 #include "apps/vrnview/Framing.h"
 #include "mesh/Mesh.h"
 #include "mesh/MeshManager.h"
@@ -78,6 +80,20 @@ Bounds BoundsOf(const visual::Visual& visual) {
     Bounds bounds;
     ForGeometry(visual, [&](const visual::Visual& body) { bounds.add(OwnBounds(body)); });
     return bounds;
+}
+
+bool HasUsableCoordinates(const visual::Visual& visual) {
+    bool usable = true;
+    ForGeometry(visual, [&](const visual::Visual& body) {
+        for (const Ogre::MovableObject* object : body.node->getAttachedObjects()) {
+            const Ogre::AxisAlignedBox& box = object->getBoundingBox();
+            if (!box.isFinite()) continue;
+            for (const Ogre::Vector3& corner : {box.getMinimum(), box.getMaximum()})
+                for (const float coordinate : {corner.x, corner.y, corner.z})
+                    usable = usable && std::abs(coordinate) <= maxCoordinate;
+        }
+    });
+    return usable;
 }
 
 std::vector<rob::PosTemplate<double>> OutlineOf(const visual::Visual& visual) {

@@ -48,6 +48,10 @@ struct SceneReport {
 /// World bounds of the bodies, meshes and points at and below `visual`. Takes the poses as they are
 /// now. Thread: render.
 [[nodiscard]] Bounds BoundsOf(const visual::Visual& visual);
+/// Whether all coordinates of what hangs at and below `visual` leave room to compute with: at most
+/// maxCoordinate from the origin. Thread: render.
+[[nodiscard]] bool HasUsableCoordinates(const visual::Visual& visual);
+inline constexpr float maxCoordinate = 1e15f;
 /// What has to be in a picture of `visual` and all below it: the vertices of meshes, the corners of
 /// the world boxes of other bodies and points. Takes the poses as they are now. Thread: render.
 [[nodiscard]] std::vector<rob::PosTemplate<double>> OutlineOf(const visual::Visual& visual);

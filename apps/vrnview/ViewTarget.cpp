@@ -6,6 +6,7 @@
 #include <OgreRoot.h>
 #include <OgreTextureManager.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -19,8 +20,18 @@ namespace vrn::host {
 
 namespace {
 
-constexpr unsigned samplesWanted = 8;
-constexpr int frameCount = 16;
+constexpr unsigned samplesWanted = 8;  // of the target; a driver that has fewer gives what it has
+
+/// How many samples a pixel of the picture gets in all. The larger a picture, the less a single
+/// pixel shows and the longer it takes.
+int SamplesPerPixel(double pixelCount) { return pixelCount > 4e6 ? 8 : 24; }
+
+int FrameCount(const Ogre::RenderTarget& target) {
+    const int samples =
+        SamplesPerPixel(static_cast<double>(target.getWidth()) * target.getHeight());
+    const int perFrame = std::max(1, static_cast<int>(target.getFSAA()));
+    return (samples + perFrame - 1) / perFrame;
+}
 
 /// Sums pictures of one size and gives their mean.
 class Average {
@@ -96,6 +107,7 @@ headless::Picture ViewTarget::takePicture(const CameraPlacement& placement) {
                         static_cast<float>(placement.farClip));
     camera->setWorldPosition(rob::PosTemplate<float>(placement.pose.position));
     const double radPerPixel = 2.0 * std::tan(camera->getHFOV() / 2.0) / target->getWidth();
+    const int frameCount = FrameCount(*target);
     Average average;
     for (int i = 1; i <= frameCount; ++i) {
         const double dx = Halton(i, 2) - 0.5, dy = Halton(i, 3) - 0.5;

@@ -81,7 +81,12 @@ Counts Viewer::show(const InputFile& input, sdf::SdfNode& part) {
         scene->addPart(&part);
         // One input a batch: what the task throws ends the batch and comes out here.
         scene->processMsgs();
-        return CountsOf(*scene->visuals.at(part.id));
+        visual::Visual& shown = *scene->visuals.at(part.id);
+        // Boxes of such sizes overflow on their way to the world, which the engine answers with an
+        // abort.
+        if (!HasUsableCoordinates(shown))
+            throw std::runtime_error("has coordinates beyond 1e15, too large to be shown");
+        return CountsOf(shown);
     } catch (const std::exception& error) {
         const std::string reason = ExplainStlFailure(input.file, ReasonOf(error));
         discard(part);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -140,6 +141,24 @@ TEST_F(Info, FailedInputsLeaveNothingInTheTree) {
     EXPECT_TRUE(Find(report["visuals"], 9).is_null());
     EXPECT_TRUE(Find(report["visuals"], 14).is_null());
     EXPECT_TRUE(report["bounds"].is_null());
+}
+
+TEST_F(Info, CoordinatesThatCannotBeComputedWithAreRefused) {
+    WriteBinaryStl(path("huge.stl"), {{{{0, 0, 0}, {3e38f, 0, 0}, {0, -3e38f, 0}}}});
+    const ProcessResult info = vrnview({"info", path("huge.stl"), "--json"});
+    EXPECT_EQ(info.status, 1);
+    EXPECT_EQ(info.err, "vrnview: " + path("huge.stl") +
+                            ": has coordinates beyond 1e15, too large to be shown\n");
+    EXPECT_TRUE(json::parse(info.out)["bounds"].is_null());
+}
+
+TEST_F(Info, CoordinatesThatAreNotFiniteDoNotSpoilTheBounds) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    WriteBinaryStl(path("nan.stl"),
+                   {{{{0, 0, 0}, {nan, 0, 0}, {0, 1, 0}}}, {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}}});
+    const ProcessResult info = vrnview({"info", path("nan.stl"), "--json"});
+    EXPECT_EQ(info.status, 0) << info.err;
+    EXPECT_EQ(json::parse(info.out)["bounds"], json::parse(R"({"min":[0,0,0],"max":[1,1,0]})"));
 }
 
 TEST_F(Info, StlWithoutTrianglesIsReadAndEmpty) {

@@ -101,6 +101,11 @@ TEST_F(InputFileTest, HugeTriangleCountIsExplainedWithoutOverflow) {
               "file has 84");
 }
 
+TEST_F(InputFileTest, WholeBinaryKeepsTheReadersMessage) {
+    test::WriteBinaryStl(folder.getPath() / "a.stl", test::BoxTriangles({0, 0, 0}, {1, 1, 1}));
+    EXPECT_EQ(ExplainStlFailure(folder.getPath() / "a.stl", "too large"), "too large");
+}
+
 TEST_F(InputFileTest, TextAndShortFilesKeepTheReadersMessage) {
     EXPECT_EQ(ExplainStlFailure(file("a.stl", std::string(200, 'x')), "Bad STL File"),
               "Bad STL File");

@@ -25,7 +25,7 @@ int Covered(const Picture& picture, int left, int top, int right, int bottom) {
     int count = 0;
     for (int y = top; y < bottom; ++y)
         for (int x = left; x < right; ++x)
-            count += Difference(picture.at(x, y), ground) > 12 ? 1 : 0;
+            count += Difference(picture.at(x, y), ground) > 4 ? 1 : 0;
     return count;
 }
 
@@ -59,10 +59,10 @@ class RenderOfSizes : public Render, public testing::WithParamInterface<float> {
 
 TEST_P(RenderOfSizes, CubeFillsThePictureAlmostToTheRim) {
     const float size = GetParam();
-    constexpr int width = 320, height = 240;
+    constexpr int width = 640, height = 480;
     // Off the origin, so that no axis of the grid runs through the tested column.
     const Picture picture = render(BoxTriangles({size, size, size}, {2 * size, 2 * size, 2 * size}),
-                                   {"--size", "320x240", "--view", "front"});
+                                   {"--size", "640x480", "--view", "front"});
     const int column = width / 2 + width / 10;
     EXPECT_FALSE(IsGround(picture.at(width / 2, height / 2)));
     const int reach = static_cast<int>(0.89 * height / 2);
@@ -77,15 +77,15 @@ INSTANTIATE_TEST_SUITE_P(Sizes, RenderOfSizes, testing::Values(0.001f, 0.1f, 100
 
 TEST_F(Render, FlatAndLonelyShapesAreShown) {
     const Picture triangle =
-        render({{{{0, 0, 0}, {100, 0, 0}, {0, 100, 0}}}}, {"--size", "160x120", "--view", "top"});
-    EXPECT_FALSE(IsGround(triangle.at(70, 70)));
+        render({{{{0, 0, 0}, {100, 0, 0}, {0, 100, 0}}}}, {"--size", "640x480", "--view", "top"});
+    EXPECT_FALSE(IsGround(triangle.at(280, 280)));
     // A single point, three times: nothing to see, but neither a failure.
     render({{{{5, 5, 5}, {5, 5, 5}, {5, 5, 5}}}}, {"--size", "160x120"});
 }
 
 TEST_F(Render, EmptyStlGivesAPictureOfTheGround) {
-    const Picture picture = render({}, {"--size", "160x120", "--view", "top"});
-    EXPECT_GT(160 * 120 - Covered(picture, 0, 0, 160, 120), 160 * 120 / 2);
+    const Picture picture = render({}, {"--size", "640x480", "--view", "top"});
+    EXPECT_LT(Covered(picture, 0, 0, 640, 480), 640 * 480 / 10);
 }
 
 /// A cube with a thin arm along an axis; the cube's half of the picture has the most of it.
@@ -104,21 +104,23 @@ TEST_P(RenderOfViews, ArmPointsTheWayTheAxisDoes) {
     high[static_cast<std::size_t>(axis)] = 20;
     std::vector<Triangle> shape = BoxTriangles({0, 0, 0}, {10, 10, 10});
     for (const Triangle& t : BoxTriangles(low, high)) shape.push_back(t);
-    constexpr int size = 200, half = size / 2;
-    const Picture picture = render(shape, {"--size", "200x200", "--view", view});
-    const int left = Covered(picture, 0, 0, half, size), top = Covered(picture, 0, 0, size, half);
-    const int all = Covered(picture, 0, 0, size, size);
+    const Picture picture = render(shape, {"--size", "600x600", "--view", view});
+    // The corner axes stand in the lower left third, which both comparisons leave out.
+    const int left = Covered(picture, 0, 0, 300, 400),
+              rightHalf = Covered(picture, 300, 0, 600, 400);
+    const int top = Covered(picture, 200, 0, 600, 300),
+              bottom = Covered(picture, 200, 300, 600, 600);
     if (right > 0) {
-        EXPECT_GT(left, 2 * (all - left));
+        EXPECT_GT(left, 2 * rightHalf);
     }
     if (right < 0) {
-        EXPECT_GT(all - left, 2 * left);
+        EXPECT_GT(rightHalf, 2 * left);
     }
     if (down > 0) {
-        EXPECT_GT(top, 2 * (all - top));
+        EXPECT_GT(top, 2 * bottom);
     }
     if (down < 0) {
-        EXPECT_GT(all - top, 2 * top);
+        EXPECT_GT(bottom, 2 * top);
     }
 }
 
@@ -134,8 +136,8 @@ INSTANTIATE_TEST_SUITE_P(Views, RenderOfViews,
                          });
 
 TEST_F(Render, EdgesAreSmooth) {
-    // A slanted edge against the ground: on the way across it many shades occur, more than the few that
-    // multisampling alone has.
+    // A slanted edge against the ground: on the way across it many shades occur, more than the few
+    // that multisampling alone has.
     const Picture picture =
         render({{{{0, 0, 0}, {100, 0, 0}, {0, 70, 0}}}}, {"--size", "400x300", "--view", "top"});
     std::set<int> lifts;  // over the ground
@@ -143,7 +145,8 @@ TEST_F(Render, EdgesAreSmooth) {
         for (int x = 100; x < 300; ++x) lifts.insert(picture.at(x, y).g - ground.g);
     const int inside = *lifts.rbegin();
     ASSERT_GT(inside, 40);
-    const auto between = std::distance(lifts.upper_bound(inside / 10), lifts.lower_bound(inside * 8 / 10));
+    const auto between =
+        std::distance(lifts.upper_bound(inside / 10), lifts.lower_bound(inside * 8 / 10));
     EXPECT_GT(between, 20);
 }
 
