@@ -1,5 +1,6 @@
-// Cases of starting the engine that each need a process in which nothing has started yet. The first argument
-// names the case; what is wrong goes to standard error, and the exit status is how many things were.
+// Cases of starting the engine that each need a process in which nothing has started yet. The first
+// argument names the case; what is wrong goes to standard error, and the exit status is how many
+// things were.
 
 #include <cmath>
 #include <functional>
@@ -92,8 +93,10 @@ void CheckSelectionFirst() {
 void CheckSize() {
     vrn::selection::Init();
     for (const int size : {0, -1}) {
-        CheckThrows<std::invalid_argument>([&] { vrn::visual::Init(size, 240, {}); }, "a width is needed");
-        CheckThrows<std::invalid_argument>([&] { vrn::visual::Init(320, size, {}); }, "a height is needed");
+        CheckThrows<std::invalid_argument>([&] { vrn::visual::Init(size, 240, {}); },
+                                           "a width is needed");
+        CheckThrows<std::invalid_argument>([&] { vrn::visual::Init(320, size, {}); },
+                                           "a height is needed");
     }
     DrawFrames();
 }
@@ -116,7 +119,8 @@ void CheckWithoutPackage() {
 
 bool IsClose(const Ogre::Vector3& a, const Ogre::Vector3& b) { return (a - b).length() < 1e-4f; }
 
-/// `turned` takes a direction of a Z-up world to the tested one, `start` is the settings' start position there.
+/// `turned` takes a direction of a Z-up world to the tested one, `start` is the settings' start
+/// position there.
 void CheckVertical(int verticalDir, const std::function<Ogre::Vector3(Ogre::Vector3)>& turned,
                    const std::function<Ogre::Vector3(Ogre::Vector3)>& start) {
     SceneSettings settings;
@@ -145,7 +149,8 @@ void CheckVertical(int verticalDir, const std::function<Ogre::Vector3(Ogre::Vect
           "the camera looks at the target");
     Check(std::abs((camera->getOrientation() * Ogre::Vector3::UNIT_X).dotProduct(up)) < 1e-5f,
           "the horizon is level");
-    Check((camera->getOrientation() * Ogre::Vector3::UNIT_Y).dotProduct(up) > 0, "the vertical points up");
+    Check((camera->getOrientation() * Ogre::Vector3::UNIT_Y).dotProduct(up) > 0,
+          "the vertical points up");
     Frame();
 }
 
@@ -172,8 +177,7 @@ int main(int argc, char** argv) {
          }},
         {"z-up",
          [] {
-             CheckVertical(
-                 2, [](Ogre::Vector3 v) { return v; }, [](Ogre::Vector3 p) { return p; });
+             CheckVertical(2, [](Ogre::Vector3 v) { return v; }, [](Ogre::Vector3 p) { return p; });
          }},
     };
     try {

@@ -121,7 +121,8 @@ TEST_F(Lights, DirectionIsTakenAsItStandsInAYUpWorld) {
     scene().settings.verticalDir = 1;
     scene().setLightDir(1, 1.0f, 2.0f, -2.0f);
     ExpectDirection(FindLight("light1"), {1.0f, 2.0f, -2.0f});
-    scene().setLightDir(1, 0.0f, 0.0f, 1.0f);  // straight against the direction that a node starts with
+    scene().setLightDir(1, 0.0f, 0.0f,
+                        1.0f);  // straight against the direction that a node starts with
     ExpectDirection(FindLight("light1"), {0.0f, 0.0f, 1.0f});
 }
 

@@ -37,11 +37,12 @@ void WriteZip(const std::filesystem::path& file, const std::vector<ZipEntry>& en
     ASSERT_NE(zip, nullptr);
     for (const ZipEntry& entry : entries) {
         const zip_fileinfo info{};
-        ASSERT_EQ(zipOpenNewFileInZip(zip, entry.name.c_str(), &info, nullptr, 0, nullptr, 0, nullptr,
-                                      Z_DEFLATED, Z_DEFAULT_COMPRESSION),
+        ASSERT_EQ(zipOpenNewFileInZip(zip, entry.name.c_str(), &info, nullptr, 0, nullptr, 0,
+                                      nullptr, Z_DEFLATED, Z_DEFAULT_COMPRESSION),
                   ZIP_OK);
-        ASSERT_EQ(zipWriteInFileInZip(zip, entry.bytes.data(), static_cast<unsigned>(entry.bytes.size())),
-                  ZIP_OK);
+        ASSERT_EQ(
+            zipWriteInFileInZip(zip, entry.bytes.data(), static_cast<unsigned>(entry.bytes.size())),
+            ZIP_OK);
         zipCloseFileInZip(zip);
     }
     ASSERT_EQ(zipClose(zip, nullptr), ZIP_OK);
@@ -125,7 +126,8 @@ TEST_F(ResourceArchive, OneArgumentMakesAReadableArchive) {
 }
 
 TEST_F(ResourceArchive, EngineServesItsTwoLocationsThroughIt) {
-    const auto locations = Ogre::ResourceGroupManager::getSingleton().getResourceLocationList("General");
+    const auto locations =
+        Ogre::ResourceGroupManager::getSingleton().getResourceLocationList("General");
     std::vector<std::string> names;
     for (const auto& location : locations) {
         if (location.archive->getType() != "VerranoResource") continue;
@@ -221,7 +223,8 @@ TEST_F(ResourceArchive, FindsByPatternAndAnswersRelativeNames) {
 }
 
 TEST_F(ResourceArchive, MatchesThePatternAgainstTheFullName) {
-    EXPECT_THAT(*archive->find("resource://material/L*", true, false), ElementsAre("Line.material"));
+    EXPECT_THAT(*archive->find("resource://material/L*", true, false),
+                ElementsAre("Line.material"));
     EXPECT_THAT(*archive->find("*/Line.material", true, false), ElementsAre("Line.material"));
     EXPECT_THAT(*archive->find("Line.material", true, false), IsEmpty());
     EXPECT_THAT(*archive->find("*/line.material", true, false), IsEmpty());

@@ -18,8 +18,8 @@
 #include <OgreCompositorInstance.h>
 #include <OgreCompositorManager.h>
 #include <OgreEntity.h>
-#include <OgreInstancedEntity.h>
 #include <OgreInstanceBatch.h>
+#include <OgreInstancedEntity.h>
 #include <OgreInstanceManager.h>
 #include <OgreMaterialManager.h>
 #include <OgreMesh.h>
@@ -110,7 +110,8 @@ TEST_F(SceneSetUp, FourInstanceManagersStandUnderTheKeysOfTheVisuals) {
         Ogre::InstanceManager* manager = scene().instanceManagers.at(row.key);
         EXPECT_EQ(manager->getName(), row.ogreName);
         EXPECT_EQ(scene().sceneManager->getInstanceManager(row.ogreName), manager);
-        EXPECT_EQ(manager->getInstancingTechnique(), Ogre::InstanceManager::HWInstancingBasic) << row.key;
+        EXPECT_EQ(manager->getInstancingTechnique(), Ogre::InstanceManager::HWInstancingBasic)
+            << row.key;
     }
 }
 
@@ -128,7 +129,10 @@ TEST_F(SceneSetUp, InstancesShowTheirManagersMeshAndFillBatchesOfItsSize) {
     }
     scene().cleanupInstanceBatches();
     const auto batches = [this](const ManagerRow& row) {
-        return scene().instanceManagers.at(row.key)->getInstanceBatchIterator("BaseWhite").hasMoreElements();
+        return scene()
+            .instanceManagers.at(row.key)
+            ->getInstanceBatchIterator("BaseWhite")
+            .hasMoreElements();
     };
     for (const ManagerRow& row : managerRows) EXPECT_TRUE(batches(row)) << row.key;
     pump();
@@ -158,7 +162,8 @@ protected:
         EngineTest::TearDown();
         for (Ogre::Entity* ball : balls) scene().sceneManager->destroyEntity(ball);
     }
-    Visual* addBall(const rob::PosTemplate<float>& at, Ogre::uint8 queueGroup, const char* material) {
+    Visual* addBall(const rob::PosTemplate<float>& at, Ogre::uint8 queueGroup,
+                    const char* material) {
         visual::MeshManager::Get()->createSphereComponent("depth_clear_ball", 10.0f, 16, 16);
         auto* holder = new Visual(scene().root);
         Ogre::Entity* ball = scene().sceneManager->createEntity("depth_clear_ball");
@@ -259,7 +264,8 @@ TEST_F(BorderHighlight, SwitchingItOffBeforeItWasEverOnAddsItSwitchedOff) {
 TEST_F(BorderHighlight, StandsBehindAHostsOwnCompositor) {
     auto& compositors = Ogre::CompositorManager::getSingleton();
     const auto own = compositors.create("HostOwn", Ogre::RGN_DEFAULT);
-    own->createTechnique()->getOutputTargetPass()->setInputMode(Ogre::CompositionTargetPass::IM_PREVIOUS);
+    own->createTechnique()->getOutputTargetPass()->setInputMode(
+        Ogre::CompositionTargetPass::IM_PREVIOUS);
     Ogre::Viewport* viewport = Camera::Get()->viewport;
     ASSERT_NE(compositors.addCompositor(viewport, "HostOwn"), nullptr);
     scene().setBorderHighlightEnabled(true);

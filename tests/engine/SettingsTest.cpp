@@ -34,8 +34,9 @@ float AxisLength(const Visual* frame) {
 
 TEST(SceneSettings, FieldsStandInTheOrderOfTheInterface) {
     // Aggregate initialisation follows the order of declaration.
-    const visual::SceneSettings s{1,    2,    3,    4,    5,    6,     {7, 8, 9}, {10, 11, 12}, 13.0f, 14.0f,
-                                  15.0f, 16.0f, 17.0f, true, false, true,  false, 18,           19.0f};
+    const visual::SceneSettings s{1,     2,     3,     4,     5,     6,    {7, 8, 9}, {10, 11, 12},
+                                  13.0f, 14.0f, 15.0f, 16.0f, 17.0f, true, false,     true,
+                                  false, 18,    19.0f};
     EXPECT_EQ(s.frameSize, 1);
     EXPECT_EQ(s.wobjFrameSize, 2);
     EXPECT_EQ(s.robTargetFrameSize, 3);
@@ -77,8 +78,12 @@ protected:
         scene().setDisplayMode(mode);
         pump();
     }
-    static Ogre::PolygonMode polygonMode() { return visual::Camera::Get()->camera->getPolygonMode(); }
-    static bool isDrawn(const Visual* visual) { return visual->node->getAttachedObject(0)->getVisible(); }
+    static Ogre::PolygonMode polygonMode() {
+        return visual::Camera::Get()->camera->getPolygonMode();
+    }
+    static bool isDrawn(const Visual* visual) {
+        return visual->node->getAttachedObject(0)->getVisible();
+    }
 
     Visual *solid = nullptr, *wires = nullptr, *other = nullptr, *below = nullptr;
 
@@ -137,7 +142,8 @@ TEST_F(DisplayModes, TriangleWiresAreShadedButForThePolygonMode) {
 }
 
 TEST_F(DisplayModes, OtherKindsAreLeftAlone) {
-    for (const Mode mode : {Mode::EdgesOnly, Mode::TriangleWires, Mode::Shaded, Mode::ShadedWithEdges}) {
+    for (const Mode mode :
+         {Mode::EdgesOnly, Mode::TriangleWires, Mode::Shaded, Mode::ShadedWithEdges}) {
         show(mode);
         EXPECT_TRUE(isDrawn(other));
         EXPECT_TRUE(other->visible);

@@ -12,16 +12,16 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <gp_Ax1.hxx>
-#include <gp_Dir.hxx>
-#include <gp_Pnt.hxx>
-#include <gp_Trsf.hxx>
-#include <gp_Vec.hxx>
 #include <OgreRenderSystem.h>
 #include <OgreRenderSystemCapabilities.h>
 #include <OgreRenderTarget.h>
 #include <OgreRoot.h>
 #include <OgreTextureManager.h>
+#include <gp_Ax1.hxx>
+#include <gp_Dir.hxx>
+#include <gp_Pnt.hxx>
+#include <gp_Trsf.hxx>
+#include <gp_Vec.hxx>
 
 #include "engine/FrameTimer.h"
 #include "engine/RenderEngine.h"
@@ -33,8 +33,8 @@
 namespace vrn::test {
 
 using testing::HasSubstr;
-using visual::gRenderEngine;
 using visual::GP_Trsf2Posef;
+using visual::gRenderEngine;
 using visual::RenderEngine;
 
 namespace {
@@ -65,16 +65,18 @@ class DriverNotice : public testing::TestWithParam<DriverRow> {};
 
 TEST_P(DriverNotice, NamesAVersionWhoseMajorIsBelow4OrMinorBelow5) {
     const Ogre::DriverVersion version = Version(GetParam().major, GetParam().minor);
-    const std::string expected = GetParam().isOld ? "GL_VERSION = " + version.toString() + "\n" : "";
+    const std::string expected =
+        GetParam().isOld ? "GL_VERSION = " + version.toString() + "\n" : "";
     EXPECT_EQ(RenderEngine::driverNotice(version), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Versions, DriverNotice,
-                         testing::Values(DriverRow{"V33", 3, 3, true}, DriverRow{"V39", 3, 9, true},
-                                         DriverRow{"V44", 4, 4, true}, DriverRow{"V45", 4, 5, false},
-                                         DriverRow{"V46", 4, 6, false}, DriverRow{"V50", 5, 0, true},
-                                         DriverRow{"V55", 5, 5, false}, DriverRow{"None", 0, 0, true}),
-                         [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Versions, DriverNotice,
+    testing::Values(DriverRow{"V33", 3, 3, true}, DriverRow{"V39", 3, 9, true},
+                    DriverRow{"V44", 4, 4, true}, DriverRow{"V45", 4, 5, false},
+                    DriverRow{"V46", 4, 6, false}, DriverRow{"V50", 5, 0, true},
+                    DriverRow{"V55", 5, 5, false}, DriverRow{"None", 0, 0, true}),
+    [](const auto& row) { return row.param.name; });
 
 TEST(DriverNotice, TextIsTheVersionOfTheDriver) {
     EXPECT_THAT(RenderEngine::driverNotice(Version(4, 4)), testing::StartsWith("GL_VERSION = 4.4"));
@@ -151,7 +153,8 @@ TEST_F(StartUp, FrameTimerSignalsHowLongTheFrameTook) {
         broker::SignalBroker::onFrameTicked([&](double ms) { ticks.push_back(ms); });
     const auto start = std::chrono::steady_clock::now();
     gRenderEngine->root->renderOneFrame();
-    const std::chrono::duration<double, std::milli> whole = std::chrono::steady_clock::now() - start;
+    const std::chrono::duration<double, std::milli> whole =
+        std::chrono::steady_clock::now() - start;
     ASSERT_EQ(ticks.size(), 1u);
     EXPECT_GT(ticks[0], 0.0);
     EXPECT_LE(ticks[0], whole.count());
@@ -185,9 +188,10 @@ protected:
     }
     /// The exit status; 128 and the signal's number for one that a signal ended.
     int run(const std::string& scenario, const std::string& environment = "") {
-        const std::string command = "cd '" + (base / "cwd").string() + "' && " + environment + " TMPDIR='" +
-                                    (base / "tmp").string() + "' exec '" VRN_FRESH_START_PROGRAM "' " +
-                                    scenario + " > ../out 2> ../err";
+        const std::string command = "cd '" + (base / "cwd").string() + "' && " + environment +
+                                    " TMPDIR='" + (base / "tmp").string() +
+                                    "' exec '" VRN_FRESH_START_PROGRAM "' " + scenario +
+                                    " > ../out 2> ../err";
         const int status = std::system(command.c_str());
         out = ReadAll(base / "out");
         err = ReadAll(base / "err");

@@ -21,7 +21,9 @@ namespace {
 
 constexpr std::uint32_t unknownId = 123456789;
 
-Pose QuarterTurnAt(const Pos& at) { return {at, Rotation(1.5707964f, rob::Vec3Template<float>{0, 0, 1})}; }
+Pose QuarterTurnAt(const Pos& at) {
+    return {at, Rotation(1.5707964f, rob::Vec3Template<float>{0, 0, 1})};
+}
 
 void ExpectNear(const Pos& is, const Pos& expected) {
     EXPECT_NEAR(is.x, expected.x, 1e-3f);
@@ -48,7 +50,8 @@ void ExpectUnknownIdInBatch() {
 
 }  // namespace
 
-/// Two visuals in the registry, `carrier` turned and away from the origin, and `load` at (10, 0, 0).
+/// Two visuals in the registry, `carrier` turned and away from the origin, and `load` at (10, 0,
+/// 0).
 class TreeOperations : public EngineTest {
 protected:
     void SetUp() override {
@@ -207,8 +210,10 @@ TEST_F(TreeOperations, OrientationsGoToTheVisualsByIndex) {
     const double s = std::sqrt(0.5);
     scene().setVisualsOrientations({load->id, carrier->id}, {{s, s, 0, 0}, {s, 0, s, 0}});
     pump();
-    ExpectNear(load->getPose(), {{10, 0, 0}, Rotation(1.5707964f, rob::Vec3Template<float>{1, 0, 0})});
-    ExpectNear(carrier->getPose(), {{100, 0, 0}, Rotation(1.5707964f, rob::Vec3Template<float>{0, 1, 0})});
+    ExpectNear(load->getPose(),
+               {{10, 0, 0}, Rotation(1.5707964f, rob::Vec3Template<float>{1, 0, 0})});
+    ExpectNear(carrier->getPose(),
+               {{100, 0, 0}, Rotation(1.5707964f, rob::Vec3Template<float>{0, 1, 0})});
 }
 
 TEST_F(TreeOperations, UnequalListsOfOrientationsThrowOnTheCallerAndPostNothing) {
@@ -219,7 +224,8 @@ TEST_F(TreeOperations, UnequalListsOfOrientationsThrowOnTheCallerAndPostNothing)
 }
 
 TEST_F(TreeOperations, AnUnknownIdAmongOrientationsLosesThoseBehindIt) {
-    scene().setVisualsOrientations({carrier->id, unknownId, load->id}, {{0, 1, 0, 0}, {}, {0, 1, 0, 0}});
+    scene().setVisualsOrientations({carrier->id, unknownId, load->id},
+                                   {{0, 1, 0, 0}, {}, {0, 1, 0, 0}});
     ExpectUnknownIdInBatch();
     ExpectNear(carrier->getPose(), {{100, 0, 0}, {0, 1, 0, 0}});
     ExpectNear(load->getPose(), {{10, 0, 0}, {}});

@@ -40,7 +40,8 @@ protected:
         auto* path = model.make<task::Path>(name);
         return {path, show(path, VisualType::Path)};
     }
-    task::PathOperation* makeOperation(std::uint32_t pathId, ObjectType kind = ObjectType::PathOperation) {
+    task::PathOperation* makeOperation(std::uint32_t pathId,
+                                       ObjectType kind = ObjectType::PathOperation) {
         return model.make<task::PathOperation>("operation", pathId, kind);
     }
     int postsOf(std::uint32_t id, bool visible) {
@@ -93,9 +94,9 @@ TEST_F(Visibility, OfAModelObjectWithoutVisualIsTolerated) {
 }
 
 TEST_F(Visibility, OfACompoundSwitchesThePickingOfAllBelow) {
-    for (const auto type : {VisualType::Manipulator, VisualType::Tool, VisualType::Device, VisualType::Link,
-                            VisualType::Assembly, VisualType::Part, VisualType::Path,
-                            VisualType::MoveInstruction, VisualType::WObj}) {
+    for (const auto type : {VisualType::Manipulator, VisualType::Tool, VisualType::Device,
+                            VisualType::Link, VisualType::Assembly, VisualType::Part,
+                            VisualType::Path, VisualType::MoveInstruction, VisualType::WObj}) {
         layout::Part* part = makeBoxPart("pickable");
         scene().addPart(part);
         pump();
@@ -173,8 +174,8 @@ TEST_F(Visibility, OfASinglePathOperationWithoutAPathOnlyClearsTheSelection) {
 }
 
 TEST_F(Visibility, OfAGroupContainerReachesSingleOperationsAndThoseOfItsGroups) {
-    const ShownPath single = makePath("single"), grouped = makePath("grouped"), plain = makePath("plain"),
-                    process = makePath("process");
+    const ShownPath single = makePath("single"), grouped = makePath("grouped"),
+                    plain = makePath("plain"), process = makePath("process");
     auto* container = model.make<task::Operation>("container", ObjectType::PathGroupContainer);
     auto* group = model.make<task::Operation>("group", ObjectType::PathGroup);
     container->addChild(*makeOperation(plain.path->id));  // a plain one counts inside a group only

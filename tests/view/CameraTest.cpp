@@ -316,8 +316,8 @@ struct PinholeRay {
     Vec direction;  // of depth 1
     PinholeRay(const Camera& camera, float x, float y, float width, float height) {
         const float t = std::tan(camera.getHFOV() / 2.0f);
-        const Vec inView{t * (2.0f * x / width - 1.0f), t * height / width * (1.0f - 2.0f * y / height),
-                         -1.0f};
+        const Vec inView{t * (2.0f * x / width - 1.0f),
+                         t * height / width * (1.0f - 2.0f * y / height), -1.0f};
         direction = camera.getWorldRotation() * inView;
     }
 };
@@ -397,9 +397,7 @@ TEST_F(CameraTest, ARayAlongAPlaneHasNoPointAndLeavesTheResultAlone) {
     EXPECT_FALSE(camera().getWorldPointOnPlane(320, 240, Plane{{1, 0, 0}, 5}, point));
     EXPECT_EQ(point, (Pos{1, 2, 3}));
     // 0.0009 and 0.0011 off the plane's direction: the limit is 0.001.
-    const auto tilted = [](float sine) {
-        return Plane{{std::sqrt(1 - sine * sine), 0, sine}, 5};
-    };
+    const auto tilted = [](float sine) { return Plane{{std::sqrt(1 - sine * sine), 0, sine}, 5}; };
     EXPECT_FALSE(camera().getWorldPointOnPlane(320, 240, tilted(0.0009f), point));
     EXPECT_TRUE(camera().getWorldPointOnPlane(320, 240, tilted(0.0011f), point));
     EXPECT_TRUE(camera().getWorldPointOnPlane(320, 240, tilted(-0.0011f), point));
@@ -444,8 +442,9 @@ TEST_F(CameraTest, GesturesDoWhatTheControllerDoes) {
         return rob::PoseTemplate<float>{camera().getWorldPosition(), camera().getWorldRotation()};
     };
     visual::OrbitViewController& controller = *camera().controller;
-    EXPECT_EQ(poseAfter([&] { camera().startRotating(200, 300), camera().rotateScene(30, 20); }),
-              poseAfter([&] { controller.startRotating(200, 300), controller.rotateScene(30, 20); }));
+    EXPECT_EQ(
+        poseAfter([&] { camera().startRotating(200, 300), camera().rotateScene(30, 20); }),
+        poseAfter([&] { controller.startRotating(200, 300), controller.rotateScene(30, 20); }));
     EXPECT_EQ(poseAfter([&] { camera().translateScene(200, 300, 30, 20); }),
               poseAfter([&] { controller.translateScene(200, 300, 30, 20); }));
     EXPECT_EQ(poseAfter([&] { camera().zoom(200, 300, 5, -1); }),

@@ -53,11 +53,12 @@ int HueOf(const Rgba& p) {
 
 struct Hue {
     int count = 0;
-    float x = 0, y = 0;        // mean, from the axes' origin, y upwards
-    float reach = 0;           // of the farthest pixel
+    float x = 0, y = 0;  // mean, from the axes' origin, y upwards
+    float reach = 0;     // of the farthest pixel
 };
 
-std::array<Hue, 3> HuesInCorner(const Picture& picture, float originX = centrePx, float originY = centrePx) {
+std::array<Hue, 3> HuesInCorner(const Picture& picture, float originX = centrePx,
+                                float originY = centrePx) {
     std::array<Hue, 3> hues;
     for (int fromBottom = 0; fromBottom < cornerPx; ++fromBottom) {
         for (int x = 0; x < cornerPx; ++x) {
@@ -134,13 +135,15 @@ TEST_F(GlobalFrame, EachAxisHasShaftHeadAndLetterInTheSameMaterial) {
             EXPECT_EQ(entity->getCustomParameter(0), partOf(axis + "Shaft")->getCustomParameter(0));
         }
     }
-    EXPECT_NE(partOf("AxisXShaft")->getCustomParameter(0), partOf("AxisYShaft")->getCustomParameter(0));
-    EXPECT_NE(partOf("AxisYShaft")->getCustomParameter(0), partOf("AxisZShaft")->getCustomParameter(0));
+    EXPECT_NE(partOf("AxisXShaft")->getCustomParameter(0),
+              partOf("AxisYShaft")->getCustomParameter(0));
+    EXPECT_NE(partOf("AxisYShaft")->getCustomParameter(0),
+              partOf("AxisZShaft")->getCustomParameter(0));
 }
 
 TEST_F(GlobalFrame, PointsWhereTheWorldsAxesPoint) {
-    for (const Pos& from : {Pos{400, -600, 350}, Pos{-500, -400, 200}, Pos{300, 700, -400}, Pos{0, -900, 10},
-                            Pos{-10, 20, 800}}) {
+    for (const Pos& from : {Pos{400, -600, 350}, Pos{-500, -400, 200}, Pos{300, 700, -400},
+                            Pos{0, -900, 10}, Pos{-10, 20, 800}}) {
         lookFrom(from, {0, 0, 0});
         SCOPED_TRACE(testing::Message() << "from " << from.x << ' ' << from.y << ' ' << from.z);
         expectAxesAlong(frame());
@@ -181,7 +184,8 @@ TEST_F(GlobalFrame, LettersFaceTheViewerWhicheverWayTheCameraTurns) {
 TEST_F(GlobalFrame, ALetterStandsBeyondTheTipOfItsArrow) {
     lookFrom({0, -900, 0}, {0, 0, 0});  // X to the right, Z up
     const auto whole = HuesInCorner(frame());
-    for (const char* name : {"AxisXLetter", "AxisZLetter"}) nodeOf(name)->setScale(0.001f, 0.001f, 0.001f);
+    for (const char* name : {"AxisXLetter", "AxisZLetter"})
+        nodeOf(name)->setScale(0.001f, 0.001f, 0.001f);
     const auto bare = HuesInCorner(frame());
     for (const char* name : {"AxisXLetter", "AxisZLetter"}) nodeOf(name)->setScale(1, 1, 1);
     for (const std::size_t axis : {0u, 2u}) {
@@ -191,8 +195,8 @@ TEST_F(GlobalFrame, ALetterStandsBeyondTheTipOfItsArrow) {
 }
 
 TEST_F(GlobalFrame, KeepsItsLettersInThePictureWhicheverWayItPoints) {
-    for (const Pos& from : {Pos{0, -900, 0}, Pos{0, 900, 0}, Pos{900, 0, 0}, Pos{-900, 0, 0}, Pos{0, -10, 900},
-                            Pos{0, -10, -900}}) {
+    for (const Pos& from : {Pos{0, -900, 0}, Pos{0, 900, 0}, Pos{900, 0, 0}, Pos{-900, 0, 0},
+                            Pos{0, -10, 900}, Pos{0, -10, -900}}) {
         lookFrom(from, {0, 0, 0});
         const Picture picture = frame();
         for (int i = 0; i < cornerPx; ++i) {
@@ -209,7 +213,8 @@ TEST_F(GlobalFrame, StandsInFrontOfWhateverFillsTheCorner) {
     scene().addPart(wall);
     const auto covered = HuesInCorner(frame());
     for (std::size_t axis = 0; axis < 3; ++axis)
-        EXPECT_NEAR(covered[axis].count, empty[axis].count, 0.1f * static_cast<float>(empty[axis].count));
+        EXPECT_NEAR(covered[axis].count, empty[axis].count,
+                    0.1f * static_cast<float>(empty[axis].count));
 }
 
 TEST_F(GlobalFrame, IsNotCutByTheCamerasPlanes) {
@@ -247,7 +252,8 @@ TEST_F(GlobalFrame, CentreGoesToEveryPartAsParameterOne) {
     EXPECT_EQ(axes().getCenter(), (rob::Vec2Template<std::uint16_t>{100, 70}));
     for (const std::string axis : axisNames)
         for (const std::string part : parts)
-            EXPECT_EQ(partOf(axis + part)->getCustomParameter(1), Ogre::Vector4(100, 70, 0, 0)) << axis << part;
+            EXPECT_EQ(partOf(axis + part)->getCustomParameter(1), Ogre::Vector4(100, 70, 0, 0))
+                << axis << part;
 }
 
 TEST_F(GlobalFrame, CentreMovesTheAxesByPixels) {
@@ -302,7 +308,8 @@ TEST_F(GlobalFrame, AnotherCameraHasAxesOfItsOwn) {
         other->setWorldPosition({0, -900, 0});
         other->setWorldRotation(rob::RotationTemplate<float>(1.5707964f, Vec{1, 0, 0}));
         const auto first = HuesInCorner(frame());
-        for (std::size_t axis = 0; axis < 3; ++axis) EXPECT_EQ(first[axis].count, alone[axis].count);
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            EXPECT_EQ(first[axis].count, alone[axis].count);
         const auto second = HuesInCorner(Picture::readBack(*target.get()));
         EXPECT_GT(second[0].x, 5);  // X to the right, Z up
         EXPECT_NEAR(second[0].y, 0, 3);

@@ -54,7 +54,9 @@ protected:
         return best;
     }
     /// Straight down from above the ground point, so high that a cell is many pixels wide.
-    static void lookDownOn(const Pos& point) { lookFrom({point.x, point.y, point.z + 2000}, point); }
+    static void lookDownOn(const Pos& point) {
+        lookFrom({point.x, point.y, point.z + 2000}, point);
+    }
 };
 
 TEST_F(Grid, HasTwentyCellsOfAThousand) {
@@ -112,7 +114,8 @@ TEST_F(Grid, LinesStandOnWholeCells) {
     scene().setFrameVisualVisible(false);
     lookDownOn({2500, 3500, 0});
     const Picture picture = frame();
-    for (const Pos& on : {Pos{2000, 3300, 0}, Pos{3000, 3700, 0}, Pos{2300, 3000, 0}, Pos{2600, 4000, 0}})
+    for (const Pos& on :
+         {Pos{2000, 3300, 0}, Pos{3000, 3700, 0}, Pos{2300, 3000, 0}, Pos{2600, 4000, 0}})
         EXPECT_GT(Distance(strongest(picture, on), ground), 20) << on.x << ' ' << on.y;
     for (const Pos& off : {Pos{2500, 3500, 0}, Pos{2300, 3300, 0}, Pos{2800, 3800, 0}})
         EXPECT_EQ(strongest(picture, off), ground) << off.x << ' ' << off.y;

@@ -13,8 +13,8 @@
 
 namespace vrn::test {
 
-/// A texture to draw into, of any shape, unlike the window. Gone with the object; the window's camera goes back
-/// to the window first.
+/// A texture to draw into, of any shape, unlike the window. Gone with the object; the window's
+/// camera goes back to the window first.
 class OffscreenTarget {
 public:
     OffscreenTarget(const std::string& name, unsigned widthPx, unsigned heightPx)
@@ -29,7 +29,9 @@ public:
     OffscreenTarget(const OffscreenTarget&) = delete;
     OffscreenTarget& operator=(const OffscreenTarget&) = delete;
 
-    [[nodiscard]] Ogre::RenderTarget* get() const { return texture->getBuffer()->getRenderTarget(); }
+    [[nodiscard]] Ogre::RenderTarget* get() const {
+        return texture->getBuffer()->getRenderTarget();
+    }
 
 private:
     Ogre::TexturePtr texture;

@@ -135,7 +135,8 @@ TEST_F(OrbitViewController, APixelIsFourThousandthsOfARadianAboutTheCamerasOwnAx
     EXPECT_TRUE(turnOf(0, 100).isApprox(Rotation(-0.4f, Vec{1, 0, 0})));
     EXPECT_TRUE(turnOf(-50, 0).isApprox(Rotation(0.2f, Vec{0, 1, 0})));
     // Both at once: first about x, then about y, both of the camera as it was.
-    EXPECT_TRUE(turnOf(100, 50).isApprox(Rotation(-0.4f, Vec{0, 1, 0}) * Rotation(-0.2f, Vec{1, 0, 0})));
+    EXPECT_TRUE(
+        turnOf(100, 50).isApprox(Rotation(-0.4f, Vec{0, 1, 0}) * Rotation(-0.2f, Vec{1, 0, 0})));
 }
 
 TEST_F(OrbitViewController, OrbitTakesYawBeforePitch) {
@@ -301,7 +302,8 @@ TEST_F(OrbitViewController, PanningAlongANearlyLevelRayTakesTheWorldOriginAsItsP
         const Pos start{0, -300, 400};  // 500 from the origin
         lookAlong(start, {0, std::sqrt(1 - vertical * vertical), vertical});
         controller().translateScene(middleX, middleY, 64, 0);
-        EXPECT_NEAR(position().x, -0.2f * 500 * std::tan(Camera::Get()->getHFOV() / 2), 0.05f) << vertical;
+        EXPECT_NEAR(position().x, -0.2f * 500 * std::tan(Camera::Get()->getHFOV() / 2), 0.05f)
+            << vertical;
     }
 }
 
