@@ -87,7 +87,7 @@ Visual::Visual(std::uint32_t idIn, const std::string& name, Visual* parent)
 Visual::Visual(std::uint32_t idIn, const SharedName& name, Visual* parent) : id(idIn) {
     Ogre::SceneNode* above = NodeOf(parent);
     if (above->getCreator()->hasSceneNode(name.text)) {
-        node = above->createChildSceneNode();
+        node = above->createChildSceneNode(std::format("{}_{}", name.text, TransientId()));
         sharedName = name.text;
     } else {
         node = above->createChildSceneNode(name.text);

@@ -17,6 +17,13 @@ constexpr std::array priority{VisualStateLayer::Selected,        VisualStateLaye
                               VisualStateLayer::EmphasizeGroupA, VisualStateLayer::EmphasizeGroupB,
                               VisualStateLayer::Material};
 
+// What a compound in that state hands down: materials of their own show on bodies alone.
+VisualStateLayer Inherited(VisualStateLayer layer) {
+    const bool isHandedDown =
+        layer == VisualStateLayer::Selected || layer == VisualStateLayer::Highlighted;
+    return isHandedDown ? layer : VisualStateLayer::None;
+}
+
 }  // namespace
 
 void VisualStateManager::LayerState::clear(VisualStateLayer layer) {
@@ -41,7 +48,26 @@ void VisualStateManager::setLayer(Visual* visual, VisualStateLayer layer, bool o
 void VisualStateManager::refresh(Visual* visual) {
     visual->clearHighlightOrSelect();
     const auto found = states.find(visual);
-    if (found != states.end()) show(visual, found->second);
+    const bool hasRecord = found != states.end();
+    if (hasRecord) show(visual, found->second);
+    if (states.size() == (hasRecord ? 1u : 0u)) return;  // nothing below has a state
+    showBelow(visual, hasRecord ? Inherited(pickTopLayer(found->second.mask)) : VisualStateLayer::None);
+}
+
+// `above` is what the visuals on the way down have been given to show.
+void VisualStateManager::showBelow(const Visual* visual, VisualStateLayer above) const {
+    for (Visual* child : visual->getChildren()) {
+        VisualStateLayer shown = above;
+        const auto found = states.find(child);
+        if (found != states.end()) {
+            const VisualStateLayer own = pickTopLayer(found->second.mask);
+            if (own != above && pickTopLayer(Bit(own) | Bit(above)) == own) {
+                show(child, found->second);
+                shown = Inherited(own);
+            }
+        }
+        showBelow(child, shown);
+    }
 }
 
 void VisualStateManager::show(Visual* visual, const LayerState& state) {

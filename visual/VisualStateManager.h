@@ -33,7 +33,9 @@ class VRN_VISUAL_API VisualStateManager {
 public:
     /// `name` is the material of the layer; an empty one keeps the name given before.
     void setLayer(Visual* visual, VisualStateLayer layer, bool on, const std::string& name);
-    /// Undoes the look so far, also without a record, then shows the top layer.
+    /// Undoes the look so far, also without a record, then shows the top layer. The looks of a compound go
+    /// down to its bodies: what stands below in a state of its own is shown in that again, unless the compound
+    /// is itself selected or highlighted and that matters more.
     void refresh(Visual* visual);
     [[nodiscard]] bool hasLayer(const Visual* visual, VisualStateLayer layer) const;
     /// Takes a layer from all visuals and refreshes each that had it.
@@ -55,6 +57,7 @@ private:
     };
 
     static void show(Visual* visual, const LayerState& state);
+    void showBelow(const Visual* visual, VisualStateLayer above) const;
 
     std::unordered_map<const Visual*, LayerState> states;
 };
