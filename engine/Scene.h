@@ -172,8 +172,6 @@ public:
     /// A user component; any other kind does nothing.
     void addSmartComponent(sdf::SdfNode* modelNode);
     void addPointCloud(sdf::SdfNode* modelNode);
-    /// Unlike the others, a frame needs the visual of its parent id, unless that is 0: it is looked up
-    /// strictly in the task.
     void addFrame(sdf::SdfNode* modelNode);
     void addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose);
     /// The work objects of a task, then its tools' centre points. The id is looked up strictly in the task that

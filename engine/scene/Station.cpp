@@ -137,11 +137,7 @@ void Scene::addPointCloud(sdf::SdfNode* modelNode) {
 }
 
 void Scene::addFrame(sdf::SdfNode* modelNode) {
-    post([this, modelNode] {
-        // Strict, unlike the others: a frame without what it is given in would stand at a wrong place.
-        const std::uint32_t parentId = modelNode->parentId;
-        FrameVisual::Build(parentId == 0 ? root : visuals.at(parentId), modelNode);
-    });
+    post([this, modelNode] { FrameVisual::Build(resolveParentVisual(modelNode), modelNode); });
 }
 
 void Scene::addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose) {
