@@ -32,12 +32,12 @@ struct EarlyEnd {
 inline constexpr int usageError = 2;
 inline constexpr int maxSizePx = 8192;
 
-/// Reads the arguments behind the program's name. Exactly one of the two results is there. Thread:
-/// pure.
+/// Exactly one of the two is there.
 struct ParsedOptions {
     std::optional<Options> options;
     std::optional<EarlyEnd> end;
 };
+/// Reads the arguments behind the program's name. Thread: pure.
 [[nodiscard]] ParsedOptions ParseOptions(const std::vector<std::string>& arguments);
 
 }  // namespace vrn::host
