@@ -50,8 +50,9 @@ vec3 Shade(vec3 colour, vec3 n, vec3 position, float gloss) {
     vec3 toEye = -normalize(position);
     float facing = clamp(dot(n, toEye), 0.0, 1.0);
     // What faces up or to the right in the picture is a little lighter, so that the faces of a block
-    // differ from wherever it is looked at.
-    vec3 light = ambient.rgb * (1.0 + 0.35 * (n.x + n.y));
+    // differ from wherever it is looked at; what faces the eye too, or the side that no light reaches
+    // would sink into the ground's grey.
+    vec3 light = ambient.rgb * (1.0 + 0.35 * (n.x + n.y) + 0.25 * facing);
     vec3 shine = vec3(0.0);
     for (int i = 0; i < 4; ++i) {
         vec3 towards = TowardsLight(i, position);

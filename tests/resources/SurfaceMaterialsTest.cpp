@@ -124,7 +124,7 @@ TEST_F(SurfaceMaterials, SwitchingLightsOffDarkensStepByStepDownToTheAmbientTerm
         last = now;
     }
     for (Ogre::Light* light : stage.lights) light->setVisible(false);
-    EXPECT_NEAR(Brightness(Centre(stage.render())), 0.3f, 0.02f);
+    EXPECT_NEAR(Brightness(Centre(stage.render())), 1.25f * 0.3f, 0.02f);
     stage.sceneManager->setAmbientLight(Ogre::ColourValue::Black);
     EXPECT_FLOAT_EQ(Brightness(Centre(stage.render())), 0.0f);
 }
