@@ -10,6 +10,7 @@
 #include <OgreResourceGroupManager.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <format>
 #include <stdexcept>
@@ -72,6 +73,13 @@ void FillBuffers(UnfinishedOgreMesh& target, const Mesh& mesh, PutVertex putVert
 /// Null where there is nothing to enclose: Ogre asserts that finite bounds are in order.
 Ogre::AxisAlignedBox OgreBounds(const Box& box) {
     if (!box.isValid()) return Ogre::AxisAlignedBox::BOX_NULL;
+    // The engine takes sums and differences of corners, turns and scales them, and aborts on what overflows:
+    // from here on a mesh is taken to be everywhere.
+    constexpr float farthest = 1e15f;
+    const auto isFar = [](const auto& corner) {
+        return std::max({std::abs(corner.x), std::abs(corner.y), std::abs(corner.z)}) > farthest;
+    };
+    if (isFar(box.min) || isFar(box.max)) return Ogre::AxisAlignedBox::BOX_INFINITE;
     return {box.min.x, box.min.y, box.min.z, box.max.x, box.max.y, box.max.z};
 }
 

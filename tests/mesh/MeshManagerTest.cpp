@@ -338,6 +338,13 @@ TEST_F(MeshManagerTest, UploadOfNoVerticesDrawsNothingAndSurvivesAFrame) {
     EXPECT_NO_THROW(drawOnce("u6"));
 }
 
+TEST_F(MeshManagerTest, AMeshWhoseBoundsWouldOverflowIsTakenToBeEverywhereAndSurvivesAFrame) {
+    keepUntilEnd("u9");
+    Manager().loadToGpu(Triangle("u9", 3e38f).get());
+    EXPECT_TRUE(OgreMesh("u9")->getBounds().isInfinite());
+    EXPECT_NO_THROW(drawOnce("u9"));
+}
+
 TEST_F(MeshManagerTest, UploadOfVerticesThatAreNotFiniteSurvivesAFrame) {
     keepUntilEnd("u7");
     keepUntilEnd("u8");
