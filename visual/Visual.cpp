@@ -58,6 +58,12 @@ Ogre::SceneNode* NodeOf(const Visual* parent) {
     return parent->node;
 }
 
+bool IsOrHangsUnder(const Ogre::Node* node, const Ogre::Node* above) {
+    for (; node; node = node->getParent())
+        if (node == above) return true;
+    return false;
+}
+
 bool IsLocalFrame(const Visual* visual) {
     return visual->getName().find("Local Frame") != std::string::npos;
 }
@@ -137,6 +143,10 @@ void Visual::update() {}
 
 std::optional<Visual*> Visual::copy(Visual* parent) {
     if (std::find(copiedTypes.begin(), copiedTypes.end(), type) == copiedTypes.end()) return {};
+    // The copy would be copied into itself without end.
+    if (parent && IsOrHangsUnder(parent->node, node))
+        throw std::invalid_argument(
+            std::format("copy: a copy of \"{}\" cannot hang inside of it", getName()));
     auto* replica = new Visual(getName() + "_Copied__", parent ? parent : Scene::Get()->root);
     replica->id = id;
     replica->type = type;
@@ -202,10 +212,9 @@ void Visual::useMaterial(const std::string& name) {
 void Visual::attachVisual(Visual* child) {
     if (!child) throw std::invalid_argument("attachVisual: the child is null");
     if (child->node->getParent() == node) return;
-    for (const Ogre::Node* n = node; n; n = n->getParent())
-        if (n == child->node)
-            throw std::invalid_argument(
-                std::format("attachVisual: \"{}\" cannot hang under itself", child->getName()));
+    if (IsOrHangsUnder(node, child->node))
+        throw std::invalid_argument(
+            std::format("attachVisual: \"{}\" cannot hang under itself", child->getName()));
     if (Ogre::SceneNode* former = child->node->getParentSceneNode()) former->removeChild(child->node);
     node->addChild(child->node);
     child->markDirty();

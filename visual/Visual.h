@@ -77,7 +77,8 @@ public:
     virtual void update();
     /// A detached replica for previews under `parent` (null: under the scene's root), with the id of its
     /// source and in none of the scene's maps. Empty for a type that is not copied: only Manipulator, Tool,
-    /// Link, Assembly, Part, Solid, Curve, Mesh and Frame are.
+    /// Link, Assembly, Part, Solid, Curve, Mesh and Frame are. Throws std::invalid_argument for a parent
+    /// inside of what is copied.
     virtual std::optional<Visual*> copy(Visual* parent);
     /// Sums over the children that are not attached.
     [[nodiscard]] virtual std::uint32_t getBodiesNum();
