@@ -1,15 +1,14 @@
 #include "apps/vrnview/readers/CadDocument.h"
 
-#include <BRep_Builder.hxx>
 #include <IFSelect_ReturnStatus.hxx>
 #include <IGESCAFControl_Reader.hxx>
 #include <Message_ProgressRange.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <TDocStd_Document.hxx>
-#include <TopoDS_Compound.hxx>
 #include <UnitsMethods_LengthUnit.hxx>
 #include <XCAFApp_Application.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
 
 #include <algorithm>
 #include <fstream>
@@ -28,6 +27,8 @@ namespace {
 class Document {
 public:
     Document() {
+        // What has no name would be called by its kind of shape, or by where it stands.
+        XCAFDoc_ShapeTool::SetAutoNaming(false);
         XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", document);
         XCAFDoc_DocumentTool::SetLengthUnit(document, 1.0, UnitsMethods_LengthUnit_Millimeter);
     }

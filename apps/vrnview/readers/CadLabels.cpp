@@ -8,12 +8,14 @@
 #include <TDF_Tool.hxx>
 #include <TopExp.hxx>
 #include <TopoDS_Compound.hxx>
+#include <TopTools_ShapeMapHasher.hxx>
 #include <XCAFDoc_ColorType.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 
 #include <algorithm>
 #include <format>
 #include <stdexcept>
+#include <unordered_map>
 
 #include "suite/geom/ShapeTools.h"
 #include "suite/layout/Body.h"
@@ -28,27 +30,79 @@ std::string EntryOf(const TDF_Label& label) {
     return entry.ToCString();
 }
 
-std::vector<TDF_Label> ListOf(const TDF_LabelSequence& sequence) {
-    return {sequence.begin(), sequence.end()};
+/// The labels of the shapes inside a part, the larger ones first.
+std::vector<TDF_Label> SubShapesOf(const TDF_Label& label) {
+    TDF_LabelSequence found;
+    XCAFDoc_ShapeTool::GetSubShapes(label, found);
+    std::vector<TDF_Label> inside;
+    for (const TDF_Label& sub : found)
+        if (!XCAFDoc_ShapeTool::GetShape(sub).IsNull()) inside.push_back(sub);
+    std::ranges::stable_sort(inside, {}, [](const TDF_Label& sub) {
+        return XCAFDoc_ShapeTool::GetShape(sub).ShapeType();
+    });
+    return inside;
 }
 
-/// The colour of a shape of the part that is more than one face, as of a shell: of the body if it
-/// is the body, else of all its faces that have none yet.
-void ColourShape(CadPart& part, const TopoDS_Shape& shape, const std::string& colour) {
-    layout::FaceMap faces;
-    TopExp::MapShapes(shape, TopAbs_FACE, faces);
-    for (CadBody& body : part.bodies) {
-        if (body.shape.IsSame(shape)) {
-            body.colour = colour;
-            continue;
+/// Colours what a shape stands for in a part: the body that it is, or its faces where they lie in
+/// the bodies.
+class PartPainter {
+public:
+    explicit PartPainter(CadPart& painted) : part(painted) {
+        for (CadBody& body : part.bodies) {
+            layout::FaceMap faces;
+            TopExp::MapShapes(body.shape, TopAbs_FACE, faces);
+            for (int i = 1; i <= faces.Extent(); ++i)
+                places.emplace(faces(i), Place{&body, static_cast<std::uint32_t>(i)});
         }
-        layout::FaceMap ofBody;
-        TopExp::MapShapes(body.shape, TopAbs_FACE, ofBody);
-        for (int i = 1; i <= ofBody.Extent(); ++i)
-            if (faces.Contains(ofBody(i)))
-                body.faceColours.insert_or_assign(static_cast<std::uint32_t>(i), colour);
     }
-}
+
+    void paintAll(const std::string& colour) {
+        for (CadBody& body : part.bodies) body.colour = colour;
+    }
+
+    void paint(const TopoDS_Shape& shape, const std::string& colour) {
+        bool isBody = false;
+        if (shape.ShapeType() != TopAbs_FACE)
+            for (CadBody& body : part.bodies) {
+                if (!body.shape.IsSame(shape)) continue;
+                body.colour = colour;
+                isBody = true;
+            }
+        if (isBody) return;
+        layout::FaceMap faces;
+        TopExp::MapShapes(shape, TopAbs_FACE, faces);
+        for (int i = 1; i <= faces.Extent(); ++i) {
+            const auto [first, last] = places.equal_range(faces(i));
+            for (auto place = first; place != last; ++place)
+                place->second.body->faceColours.insert_or_assign(place->second.face, colour);
+        }
+    }
+
+    /// Where every face has a colour, the commonest is the body's.
+    void simplify() {
+        for (CadBody& body : part.bodies) {
+            layout::FaceMap faces;
+            TopExp::MapShapes(body.shape, TopAbs_FACE, faces);
+            std::map<std::string, std::size_t> uses;
+            for (const auto& [face, colour] : body.faceColours) ++uses[colour];
+            if (!uses.empty() && static_cast<int>(body.faceColours.size()) == faces.Extent())
+                body.colour = std::ranges::max_element(uses, {}, [](const auto& use) {
+                                  return use.second;
+                              })->first;
+            std::erase_if(body.faceColours,
+                          [&](const auto& face) { return face.second == body.colour; });
+        }
+    }
+
+private:
+    struct Place {
+        CadBody* body;
+        std::uint32_t face;
+    };
+    CadPart& part;
+    std::unordered_multimap<TopoDS_Shape, Place, TopTools_ShapeMapHasher, TopTools_ShapeMapHasher>
+        places;
+};
 
 }  // namespace
 
@@ -62,7 +116,8 @@ CadModel CadLabels::readTree() {
     TDF_LabelSequence free;
     shapes->GetFreeShapes(free);
     for (const TDF_Label& label : free)
-        if (std::optional<CadNode> node = nodeOf(label)) model.roots.push_back(std::move(*node));
+        if (std::optional<CadNode> node = nodeOf(label, fallbackName))
+            model.roots.push_back(std::move(*node));
     return std::move(model);
 }
 
@@ -74,7 +129,7 @@ CadModel CadLabels::readAsOnePart() {
     BRep_Builder().MakeCompound(all);
     for (const TDF_Label& label : free) {
         if (XCAFDoc_ShapeTool::IsAssembly(label)) {
-            if (auto node = nodeOf(label)) model.roots.push_back(std::move(*node));
+            if (auto node = nodeOf(label, fallbackName)) model.roots.push_back(std::move(*node));
             continue;
         }
         loose.push_back(label);
@@ -87,9 +142,9 @@ CadModel CadLabels::readAsOnePart() {
     return std::move(model);
 }
 
-/// A label that is placed tells what it stands for by a reference; the free ones are shapes
-/// themselves.
-std::optional<CadNode> CadLabels::nodeOf(const TDF_Label& label) {
+/// `nameAround` is for what has no name of its own. A label that is placed tells what it stands for
+/// by a reference; the free ones are shapes themselves.
+std::optional<CadNode> CadLabels::nodeOf(const TDF_Label& label, const std::string& nameAround) {
     if (++nodes > maxCadNodes)
         throw std::runtime_error(std::format("the file places more than {} parts", maxCadNodes));
     TDF_Label definition = label;
@@ -98,7 +153,7 @@ std::optional<CadNode> CadLabels::nodeOf(const TDF_Label& label) {
         isPlaced ? XCAFDoc_ShapeTool::GetLocation(label).Transformation() : gp_Trsf();
     std::string name = nameOf(definition);
     if (name.empty()) name = nameOf(label);
-    if (name.empty()) name = fallbackName;
+    if (name.empty()) name = nameAround;
     if (!IsRigid(placement)) {
         leaveOut(name, "its placement is no mere turn and move");
         return std::nullopt;
@@ -110,7 +165,7 @@ std::optional<CadNode> CadLabels::nodeOf(const TDF_Label& label) {
             leaveOut(name, "it holds itself");
             return std::nullopt;
         }
-        node = assemblyOf(definition);
+        node = assemblyOf(definition, name);
     } else {
         node.part = partOf(definition, name);
         if (!node.part) return std::nullopt;
@@ -122,13 +177,13 @@ std::optional<CadNode> CadLabels::nodeOf(const TDF_Label& label) {
     return node;
 }
 
-CadNode CadLabels::assemblyOf(const TDF_Label& label) {
+CadNode CadLabels::assemblyOf(const TDF_Label& label, const std::string& name) {
     CadNode node;
     path.push_back(EntryOf(label));
     TDF_LabelSequence components;
     XCAFDoc_ShapeTool::GetComponents(label, components);
     for (const TDF_Label& component : components)
-        if (std::optional<CadNode> child = nodeOf(component))
+        if (std::optional<CadNode> child = nodeOf(component, name))
             node.children.push_back(std::move(*child));
     path.pop_back();
     return node;
@@ -152,7 +207,7 @@ CadLabels::PartPtr CadLabels::makePart(const std::vector<TDF_Label>& labels,
             leaveOut(name, "it has no shape");
             return nullptr;
         }
-        for (const TDF_Label& label : labels) colour(*part, label);
+        colourAll(*part, labels);
         return part;
     } catch (const Standard_Failure& failure) {
         leaveOut(name, std::string("it cannot be triangulated: ") + failure.GetMessageString());
@@ -160,28 +215,18 @@ CadLabels::PartPtr CadLabels::makePart(const std::vector<TDF_Label>& labels,
     }
 }
 
-/// From the whole to the single face: what is named later stands on top.
-void CadLabels::colour(CadPart& part, const TDF_Label& label) const {
-    if (const auto whole = colourOf(label)) {
-        const TopoDS_Shape shape = XCAFDoc_ShapeTool::GetShape(label);
-        if (part.bodies.size() == 1 || shape.ShapeType() == TopAbs_COMPOUND)
-            for (CadBody& body : part.bodies) body.colour = *whole;
-        else
-            ColourShape(part, shape, *whole);
+/// From the whole to the single face: what is painted later stands on top.
+void CadLabels::colourAll(CadPart& part, const std::vector<TDF_Label>& labels) const {
+    PartPainter painter(part);
+    for (const TDF_Label& label : labels) {
+        const auto whole = colourOf(label);
+        if (whole && labels.size() == 1) painter.paintAll(*whole);
+        if (whole && labels.size() > 1) painter.paint(XCAFDoc_ShapeTool::GetShape(label), *whole);
+        for (const TDF_Label& sub : SubShapesOf(label))
+            if (const auto own = colourOf(sub))
+                painter.paint(XCAFDoc_ShapeTool::GetShape(sub), *own);
     }
-    TDF_LabelSequence found;
-    XCAFDoc_ShapeTool::GetSubShapes(label, found);
-    std::vector<TDF_Label> inside = ListOf(found);
-    const auto kind = [](const TDF_Label& sub) {
-        return XCAFDoc_ShapeTool::GetShape(sub).ShapeType();
-    };
-    std::erase_if(inside, [](const TDF_Label& sub) {
-        return XCAFDoc_ShapeTool::GetShape(sub).IsNull();
-    });
-    std::ranges::stable_sort(inside, {}, kind);
-    for (const TDF_Label& sub : inside)
-        if (const auto own = colourOf(sub))
-            ColourShape(part, XCAFDoc_ShapeTool::GetShape(sub), *own);
+    painter.simplify();
 }
 
 std::optional<std::string> CadLabels::colourOf(const TDF_Label& label) const {

@@ -34,12 +34,13 @@ public:
 private:
     using PartPtr = std::shared_ptr<const CadPart>;
 
-    [[nodiscard]] std::optional<CadNode> nodeOf(const TDF_Label& label);
-    [[nodiscard]] CadNode assemblyOf(const TDF_Label& label);
+    [[nodiscard]] std::optional<CadNode> nodeOf(const TDF_Label& label,
+                                                const std::string& nameAround);
+    [[nodiscard]] CadNode assemblyOf(const TDF_Label& label, const std::string& name);
     [[nodiscard]] PartPtr partOf(const TDF_Label& label, const std::string& name);
     [[nodiscard]] PartPtr makePart(const std::vector<TDF_Label>& labels, const TopoDS_Shape& shape,
                                    const std::string& name, const std::string& entry);
-    void colour(CadPart& part, const TDF_Label& label) const;
+    void colourAll(CadPart& part, const std::vector<TDF_Label>& labels) const;
     [[nodiscard]] std::optional<std::string> colourOf(const TDF_Label& label) const;
     [[nodiscard]] std::string nameOf(const TDF_Label& label) const;
     void leaveOut(const std::string& name, const std::string& reason);

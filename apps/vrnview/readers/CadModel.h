@@ -17,9 +17,9 @@ namespace vrn::host {
 /// One body of a part: a solid, a shell, or what of a part is neither.
 struct CadBody {
     std::string name;
-    std::string uri;  ///< the file, a hash sign, and what tells the body from the file's others
+    std::string uri;     ///< the file, a hash sign, and what tells the body from the file's others
     TopoDS_Shape shape;  ///< triangulated, in the part's frame
-    std::optional<std::string> colour;                ///< "#RRGGBB"
+    std::optional<std::string> colour;                 ///< "#RRGGBB"
     std::map<std::uint32_t, std::string> faceColours;  ///< by index in the shape's face map, from 1
 };
 

@@ -22,9 +22,9 @@ void WithOcctErrors(const char* what, const std::function<void()>& work) {
         work();
     } catch (const Standard_Failure& failure) {
         const std::string_view reason = failure.GetMessageString();
-        throw std::runtime_error(std::string(what) + ": " +
-                                 std::string(reason.empty() ? failure.DynamicType()->Name()
-                                                            : reason));
+        throw std::runtime_error(
+            std::string(what) + ": " +
+            std::string(reason.empty() ? failure.DynamicType()->Name() : reason));
     }
 }
 

@@ -134,8 +134,7 @@ Axes AxesOf(const Header& header) {
     constexpr std::array<std::string_view, 3> names{"x", "y", "z"};
     for (std::size_t i = 0; i < 3; ++i) {
         const auto field = std::ranges::find(header.fields, names[i], &Field::name);
-        if (field == header.fields.end())
-            throw std::runtime_error("the points have no x, y and z");
+        if (field == header.fields.end()) throw std::runtime_error("the points have no x, y and z");
         axes[i] = &*field;
     }
     return axes;
@@ -201,8 +200,7 @@ CloudPoints FromBinary(const Header& header, const Axes& axes, std::string_view 
 CloudPoints FromCompressed(const Header& header, const Axes& axes, std::string_view body) {
     constexpr PackedNumber size{PackedNumber::Kind::Unsigned, 4};
     if (body.size() < 8) EndsEarly();
-    const auto packed =
-        static_cast<std::uint64_t>(size.read(body.data(), std::endian::little));
+    const auto packed = static_cast<std::uint64_t>(size.read(body.data(), std::endian::little));
     const auto unpacked =
         static_cast<std::uint64_t>(size.read(body.data() + 4, std::endian::little));
     body.remove_prefix(8);

@@ -214,13 +214,12 @@ CloudPoints ReadPly(std::string_view bytes) {
     const Header header = HeaderOf(words);
     RequireVertices(header);
     const std::string_view body = words.remaining();
-    CloudPoints points =
-        header.form == Form::Text
-            ? ReadElements(TextValues(body), header)
-            : ReadElements(BinaryValues(body, header.form == Form::LittleEndian
-                                                  ? std::endian::little
-                                                  : std::endian::big),
-                           header);
+    CloudPoints points = header.form == Form::Text
+                             ? ReadElements(TextValues(body), header)
+                             : ReadElements(BinaryValues(body, header.form == Form::LittleEndian
+                                                                   ? std::endian::little
+                                                                   : std::endian::big),
+                                            header);
     if (points.points.empty()) throw std::runtime_error("the file holds no points");
     return points;
 }

@@ -42,7 +42,8 @@ bool IsHeading(const LineStart& line) {
 
 std::optional<rob::PosTemplate<double>> PointOf(const LineStart& line) {
     if (line.count < 3) return std::nullopt;
-    const auto x = NumberOf(line.words[0]), y = NumberOf(line.words[1]), z = NumberOf(line.words[2]);
+    const auto x = NumberOf(line.words[0]), y = NumberOf(line.words[1]),
+               z = NumberOf(line.words[2]);
     if (!x || !y || !z) return std::nullopt;
     return rob::PosTemplate<double>{*x, *y, *z};
 }

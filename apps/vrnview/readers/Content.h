@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/vrnview/readers/Robot.h"
+#include "mesh/Mesh.h"
+#include "suite/layout/Layout.h"
+#include "suite/sdf/ObjectStore.h"
+
+namespace vrn::layout {
+class Link;
+class Mechanism;
+}  // namespace vrn::layout
+
+namespace vrn::task {
+class RobTargetDataItem;
+class Task;
+class WObjDataItem;
+}  // namespace vrn::task
+
+namespace vrn::host {
+
+/// A robot or device with the joints that move its links.
+struct JointedObject {
+    layout::Mechanism* object = nullptr;  ///< never null once made
+    std::vector<layout::Link*> links;     ///< in the order of the kinematics' links
+    Kinematics kinematics;
+
+    /// Takes the links, in the model, to where the joints' values put them.
+    void poseLinks();
+};
+
+/// A camera by where it stands and what it looks at; Z is up.
+struct CameraSpot {
+    rob::PosTemplate<double> position, target;
+    friend bool operator==(const CameraSpot&, const CameraSpot&) = default;
+};
+
+/// What a file turned out to hold: model objects, and what of them the scene is to be told.
+///
+/// A list names what stands in the station itself, in the file's order; what hangs inside an
+/// assembly or a mechanism is found through it. Lengths are millimetres. The objects live as long
+/// as the content.
+struct Content {
+    /// Triangles that bodies name as their geometry: to be given to the mesh manager before the
+    /// bodies are shown.
+    std::vector<std::unique_ptr<visual::Mesh>> meshes;
+    sdf::ObjectStore objects;  ///< owns what the lists point to
+
+    std::vector<layout::Manipulator*> robots;
+    std::vector<layout::Assembly*> assemblies;
+    std::vector<layout::Part*> parts;
+    std::vector<layout::PointCloud*> clouds;
+    std::vector<layout::Tool*> tools;
+    std::vector<layout::Device*> devices;
+    std::vector<layout::Frame*> frames;
+    /// Work objects and tool data that belong to no task; a task's own are found in it.
+    std::vector<task::WObjDataItem*> workObjects;
+    /// Targets, each hanging on the object frame of a work object.
+    std::vector<task::RobTargetDataItem*> targets;
+    std::vector<task::Task*> tasks;
+
+    std::vector<JointedObject> jointed;
+    std::vector<layout::Attachment> attachments;
+    std::set<std::uint32_t> hidden;
+    std::optional<CameraSpot> camera;
+    /// The names that a station file gives its objects.
+    std::map<std::string, std::uint32_t, std::less<>> ids;
+    /// A line each, for what was left out; the rest is whole.
+    std::vector<std::string> problems;
+};
+
+/// The kinds of file that ReadContent reads, as a list for messages.
+inline constexpr std::string_view supportedFiles =
+    ".step .stp .iges .igs .brep .stl .urdf .ply .pcd .xyz .pts .station.json";
+
+/// Whether ReadContent reads files of this name: the extension counts, in any case. Thread: pure.
+[[nodiscard]] bool IsSupported(const std::filesystem::path& file);
+
+/// Reads any supported file. Throws std::runtime_error with the reason alone (no file name) for a
+/// file of which nothing can be shown. Thread: one at a time.
+[[nodiscard]] Content ReadContent(const std::filesystem::path& file);
+
+/// Reads the text of a station file; `file` is where it stands, for the files that it names.
+/// Throws std::runtime_error with the reason alone for what is no station. Thread: one at a time.
+[[nodiscard]] Content ReadStation(std::string_view text, const std::filesystem::path& file);
+
+}  // namespace vrn::host
