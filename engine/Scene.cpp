@@ -48,6 +48,8 @@ void Scene::deleteVisual(Visual* visual) {
         if (entry != registry->end() && entry->second == visual) registry->erase(entry);
     }
     visual->clearChildren();
+    forgetFaces(visual);
+    forgetEdges(visual);
     stateManager->remove(visual);
     selection::VisualSelection::Get()->removeCompoundObject(visual);
     delete visual;

@@ -22,6 +22,9 @@
 #include "visual/VisualType.h"
 #include "visual/VrnVisualApi.h"
 
+class TopoDS_Face;
+class TopoDS_Shape;
+
 namespace Ogre {
 class InstanceManager;
 class SceneManager;
@@ -38,6 +41,7 @@ class SdfNode;
 namespace vrn::visual {
 
 class Camera;
+class EdgeVisual;
 class GuiVisual;
 class Grid;
 class SolidVisual;
@@ -185,6 +189,9 @@ public:
     /// Moves a work object to its model's parent and poses; it and the parent's visual are looked up strictly in
     /// the task.
     void updateWObj(std::uint32_t id);
+    /// Builds a body's solid anew with another shape, where it hangs now. Its visual is looked up strictly in the
+    /// task. Other solids that share the body's URI keep the mesh that they show, and then the new one shows it too.
+    void updateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape);
     void removeVisual(std::uint32_t id);
     void removeTempVisual(std::uint32_t id);
     void attachVisual(std::uint32_t parentId, Visual* visual);
@@ -228,6 +235,14 @@ public:
     void setVisualHighlighted(std::uint32_t id);
     void clearHighlightedVisual();
     void clearHighlightedBody();
+    /// Highlights one face of a solid, counted from 1, in place of what is highlighted now; a selected face is left
+    /// alone. Null clears. A number past the faces throws Standard_OutOfRange in the task.
+    void highlightFace(SolidVisual* solid, unsigned int index);
+    void clearHighlightedFace();
+    /// Shows one edge highlighted, below the visual that it belongs to, in place of the edge highlighted now and of
+    /// nothing else. Null clears.
+    void highlightEdge(Visual* visual, const TopoDS_Edge& edge);
+    void clearHighlightedEdge();
     /// Selects one visual, or several, in place of the selection so far, and turns the outline on. An id
     /// without a visual of its own is looked up in the model: a task selects its paths, its tools, work
     /// objects and joint targets, and its robot.
@@ -236,6 +251,18 @@ public:
     void setVisualsSelected(const std::vector<std::uint32_t>& ids);
     void clearSelectedVisuals();
     void clearSelections();
+    /// Adds a face of a solid, counted from 1, to the selected ones, in the colour of a base or of a side. Does
+    /// nothing for another kind of visual and for a face that is selected. The id is looked up strictly on the
+    /// caller; a number past the faces throws Standard_OutOfRange in the task.
+    void selectBaseFace(std::uint32_t id, unsigned int index);
+    void selectSideFace(std::uint32_t id, unsigned int index);
+    /// The id is looked up strictly on the caller.
+    void clearSelectedFace(std::uint32_t id, unsigned int index);
+    void clearSelectedFaces();
+    /// Thread: caller.
+    [[nodiscard]] bool faceIsSelected(SolidVisual* solid, unsigned int index) const;
+    /// Adds the generated edge of a visual to the selection; does nothing if it has no such edge.
+    void selectGeneratedEdge(std::uint32_t id, const TopoDS_Edge& edge);
     /// Selects points of clouds, by the clouds' ids, in place of the selection so far. In the task an id is looked
     /// up strictly, and one of another kind of visual throws std::bad_cast.
     void selectPointCloud(const std::unordered_map<unsigned int, std::vector<unsigned long>>& indices);
@@ -259,6 +286,25 @@ public:
     void setVisualColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha);
     void resetColor(std::uint32_t id);
     void resetColor(Visual* visual);
+
+    // --- edges and arrows; thread: any; ids are looked up strictly in the task ---
+    /// Shows an edge below a visual until it is removed; an edge that was never triangulated is passed over.
+    void addGeneratedEdge(std::uint32_t id, const TopoDS_Edge& edge);
+    /// These three do nothing if the visual has no such edge below it. An arrow on an edge without a direction
+    /// there throws std::overflow_error in the task.
+    void removeGeneratedEdge(std::uint32_t id, const TopoDS_Edge& edge);
+    void addEdgeArrow(std::uint32_t id, const TopoDS_Edge& edge, bool atEnd);
+    void clearEdgeArrow(std::uint32_t id, const TopoDS_Edge& edge);
+    /// These two do nothing for a visual that is no curve.
+    void addCurveArrow(std::uint32_t id, bool atEnd);
+    void clearCurveArrow(std::uint32_t id);
+
+    // --- queries; they read the live scene without a lock; thread: render, or caller ---
+    /// A face of a solid by its number from 1, in the frame of its body or in the world. Throws std::out_of_range
+    /// ("unordered_map::at") for an unknown id, std::bad_cast for another kind of visual, and what
+    /// SolidVisual::getFace throws.
+    [[nodiscard]] TopoDS_Face GetBodyFace(std::uint32_t id, int index) const;
+    [[nodiscard]] TopoDS_Face GetBodyFaceInWorld(std::uint32_t id, int index) const;
 
     // --- helpers of the library's own builders; thread: render ---
     void addTempVisual(Visual* visual);
@@ -308,6 +354,14 @@ private:
     void doSelectVisual(std::uint32_t id);
     void doSelectModelObject(std::uint32_t id);
     void doClearSelectedVisuals();
+    void selectFace(std::uint32_t id, unsigned int index, const std::string& hexColor);
+    void doHighlightEdge(Visual* visual, const TopoDS_Edge& edge);
+    void doClearHighlightedEdge();
+    EdgeVisual* findLastingEdge(const Visual* owner, const TopoDS_Edge& edge) const;
+    void doUpdateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape);
+    /// Drop a visual that is about to die from the bookkeeping of faces and edges.
+    void forgetFaces(const Visual* visual);
+    void forgetEdges(const Visual* visual);
     void doSetLayer(Visual* visual, VisualStateLayer layer, bool on, const std::string& materialName = {});
     void doSetColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha);
     void doResetColor(Visual* visual);

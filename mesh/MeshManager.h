@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "mesh/FaceMap.h"
 #include "suite/rob/VectorTypes.h"
 #include "visual/VrnVisualApi.h"
 
@@ -15,10 +16,15 @@ template <class T>
 struct TMesh;
 }
 
+namespace vrn {
+struct ColorInfo;
+}
+
 namespace vrn::visual {
 
 class Mesh;
 class PaintMesh;
+class SolidVisual;
 
 /// Keeps triangle records by name and turns them into Ogre meshes of the same name.
 ///
@@ -102,6 +108,57 @@ public:
     /// normal and index, and an invisible blue (0, 0, 1, 0) on each vertex. The caller owns it.
     /// Thread: pure.
     [[nodiscard]] static PaintMesh* createPaintMeshFromMesh(const Mesh* source);
+
+    // ---- bodies: the faces that a solid shows, triangulated beforehand, in one mesh with a colour
+    // on each vertex. Such a mesh has no record here; it is kept by a count of those who loaded it.
+    // A null solid throws std::invalid_argument.
+
+    /// Makes the Ogre mesh of the solid's current mesh name in the body's stored colours. If there
+    /// is one of that name it is taken as it is, with the colours that it shows, and its count goes
+    /// up. Throws NoTriangleMesh if the solid shows no triangle (the count stays), the errors of a
+    /// colour that is not a sign and six hexadecimal digits, and what getShapeMesh throws.
+    void loadShape(SolidVisual* solid);
+    /// The same in the given colours.
+    void loadShape(SolidVisual* solid, const ColorInfo& colorInfo);
+
+    /// The visible ones of `faces`, in ascending order: the vertices of a face are the nodes of its
+    /// triangulation, with a normal each, shared with no other face; hence the vertices of face k
+    /// begin behind those of all visible, triangulated faces below k. With `colorInfo` each vertex
+    /// has the colour of its face, or else the body's; with null none has one. Returns null if
+    /// there is no triangle. mesh/ShapeTriangles.h tells how a face is taken over. Throws
+    /// Standard_TypeMismatch, "TopoDS::Face", for an entry that is not a face, and
+    /// Standard_ConstructionError for a zero normal.
+    [[nodiscard]] static std::unique_ptr<Mesh> getShapeMesh(const TopoDS_Shape& shape,
+                                                            const FaceMap& faces,
+                                                            SolidVisual* solid,
+                                                            const ColorInfo* colorInfo);
+
+    /// Forgets the shape meshes named `meshName`, alone or with numbers of hidden faces behind it,
+    /// whatever their counts, but for those in `inUse`. For a body whose geometry changed under its
+    /// name: hiding and showing faces leaves counts behind that would keep the old one.
+    void dropShapeMeshes(const std::string& meshName,
+                         const std::unordered_set<std::string>& inUse);
+
+    // ---- colours of bodies, as they are shown: these write to the vertices of the mesh and store
+    // nothing. Solids that share a mesh share its colours. Without the mesh, or without colours in
+    // it, the writers do nothing. Components are 0 to 1 and not clamped.
+
+    /// Every vertex.
+    void SetColor(const std::string& meshName, const rob::ColorTemplate<float>& color);
+    /// The vertices of one face, counted from 1, in the solid's current mesh. Does nothing for a
+    /// hidden face and for 0. Throws as getShapeMesh for an index past the faces
+    /// (Standard_OutOfRange, "NCollection_IndexedMap::FindKey") or an entry that is no face.
+    void SetFaceColor(SolidVisual* solid, std::uint32_t face,
+                      const rob::ColorTemplate<float>& color);
+    /// What the first vertex of the face shows in a mesh of all faces of `shape`: hidden faces are
+    /// not known here. Throws as SetFaceColor, and std::out_of_range if the face has no coloured
+    /// vertex there.
+    [[nodiscard]] rob::ColorTemplate<float> GetFaceColor(const std::string& meshName,
+                                                         const TopoDS_Shape& shape,
+                                                         std::uint32_t face);
+    /// Every visible face of the solid in its stored colour. Throws for stored colours that do not
+    /// parse.
+    void ColorReset(SolidVisual* solid);
 
     // ---- shapes; each stores, uploads and returns the global mesh of that name, and returns the
     // one that is already there if the name is taken. mesh/Shapes.h tells the form and what is

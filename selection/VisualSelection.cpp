@@ -1,13 +1,17 @@
 #include "selection/VisualSelection.h"
 
+#include "selection/CurveObject.h"
 #include "selection/LineObject.h"
 #include "selection/MeshObject.h"
 #include "selection/PointCloudObject.h"
 #include "selection/PointObject.h"
+#include "selection/ShapeObject.h"
 #include "suite/broker/SignalBroker.h"
+#include "visual/geometry/CurveVisual.h"
 #include "visual/geometry/LineVisual.h"
 #include "visual/geometry/PointCloudVisual.h"
 #include "visual/geometry/PointVisual.h"
+#include "visual/geometry/SolidVisual.h"
 #include "visual/station/InstanceFrameVisual.h"
 #include "visual/Visual.h"
 #include "visual/VisualIterator.h"
@@ -40,6 +44,24 @@ void Finish() {}
 VisualSelection::~VisualSelection() = default;
 
 VisualSelection* VisualSelection::Get() { return gVisSelection; }
+
+void VisualSelection::addShape(const TopoDS_Shape& shape, visual::SolidVisual* visual,
+                               bool detectable) {
+    if (!visual) throw std::invalid_argument("a solid visual to register must not be null");
+    setDirty();
+    auto object = std::make_unique<ShapeObject>(shape, visual);
+    object->detectable = detectable;
+    add(std::move(object), containers[0]);
+}
+
+void VisualSelection::addCurveVisual(const TopoDS_Shape& shape, visual::CurveVisual* visual,
+                                     bool detectable) {
+    if (!visual) throw std::invalid_argument("a curve visual to register must not be null");
+    setDirty();
+    auto object = std::make_unique<CurveObject>(shape, visual);
+    object->detectable = detectable;
+    add(std::move(object), containers[0]);
+}
 
 void VisualSelection::addMeshVisual(visual::Visual* visual, bool detectable, bool priority) {
     if (!visual) throw std::invalid_argument("a mesh visual to register must not be null");
@@ -117,6 +139,15 @@ void VisualSelection::setCompoundObjectEnabled(visual::Visual* visual, bool enab
         const auto entry = objects.find(it.value());
         if (entry != objects.end()) entry->second->enabled = enabled;
     }
+}
+
+void VisualSelection::updateShapeFaces(visual::SolidVisual* visual) {
+    const SelectableObject* former = getObject(visual);
+    const bool detectable = former->detectable;
+    const bool enabled = former->enabled;
+    removeObject(visual);
+    addShape(visual->getShape(), visual, detectable);
+    getObject(visual)->enabled = enabled;
 }
 
 void VisualSelection::removeObject(visual::Visual* visual) {

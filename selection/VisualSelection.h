@@ -9,11 +9,15 @@
 #include <unordered_map>
 #include <unordered_set>
 
+class TopoDS_Shape;
+
 namespace vrn::visual {
+class CurveVisual;
 class InstanceFrameVisual;
 class LineVisual;
 class PointCloudVisual;
 class PointVisual;
+class SolidVisual;
 class Visual;
 }  // namespace vrn::visual
 
@@ -41,7 +45,10 @@ public:
     // registered already the registry keeps the earlier object, and the container has both. Null
     // throws std::invalid_argument.
 
-    /// An object for each mesh and paint visual of the subtree. `detectable`: contact tests see it.
+    /// `detectable`: contact tests see it.
+    void addShape(const TopoDS_Shape& shape, visual::SolidVisual* visual, bool detectable);
+    void addCurveVisual(const TopoDS_Shape& shape, visual::CurveVisual* visual, bool detectable);
+    /// An object for each mesh and paint visual of the subtree.
     /// `priority`: a hit on it beats every distance.
     void addMeshVisual(visual::Visual* visual, bool detectable, bool priority);
     void addLineVisual(visual::LineVisual* visual);
@@ -64,6 +71,10 @@ public:
     /// setObjectEnabled for the subtree; sets the mark in any case.
     void setCompoundObjectEnabled(visual::Visual* visual, bool enabled);
 
+    /// Gives a solid whose visible faces changed a new object, detectable and enabled as the earlier
+    /// one; what hangs below the solid keeps its own. Throws std::out_of_range for a visual that is
+    /// not registered.
+    void updateShapeFaces(visual::SolidVisual* visual);
     /// Takes the visual out and deletes its objects, also those of a repeated registration. `dirty`
     /// is set in any case. Throws std::out_of_range for a visual that is not registered.
     void removeObject(visual::Visual* visual);

@@ -6,6 +6,7 @@
 #include <OgreSceneNode.h>
 
 #include "engine/Scene.h"
+#include "engine/scene/NotedVisual.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/task/DataItem.h"
 #include "suite/task/Operation.h"
@@ -17,24 +18,6 @@
 namespace vrn::visual {
 
 namespace {
-
-// A visual as the caller saw it.
-struct NotedVisual {
-    explicit NotedVisual(Visual* seen) : id(seen->id), visual(seen) {}
-
-    std::uint32_t id;
-    Visual* visual;
-};
-
-// Whether the visual is still there. A task ahead in the queue may have removed it, so it is compared and not
-// followed. What stands in no registry, such as an arrow, is looked for in the tree.
-bool IsPresent(const Scene& scene, const NotedVisual& noted) {
-    const auto found = scene.visuals.find(noted.id);
-    if (found != scene.visuals.end() && found->second == noted.visual) return true;
-    for (ForestIterator<Visual> it(scene.root); it.next();)
-        if (it.value() == noted.visual) return true;
-    return false;
-}
 
 bool HasPicture(const Visual* visual) { return visual->node->numAttachedObjects() > 0; }
 
@@ -74,7 +57,11 @@ void Scene::setVisualHighlighted(Visual* visual) {
 
 void Scene::setVisualHighlighted(std::uint32_t id) { setVisualHighlighted(visuals.at(id)); }
 
-void Scene::clearHighlightedVisual() { clearHighlightedBody(); }
+void Scene::clearHighlightedVisual() {
+    clearHighlightedFace();
+    clearHighlightedEdge();
+    clearHighlightedBody();
+}
 
 void Scene::clearHighlightedBody() {
     Visual* visual = std::exchange(highlightedVisual, nullptr);
@@ -145,7 +132,10 @@ void Scene::doSelectModelObject(std::uint32_t id) {
     }
 }
 
-void Scene::clearSelections() { clearSelectedVisuals(); }
+void Scene::clearSelections() {
+    clearSelectedFaces();
+    clearSelectedVisuals();
+}
 
 void Scene::clearSelectedVisuals() {
     post([this] {

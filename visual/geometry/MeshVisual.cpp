@@ -15,6 +15,7 @@
 #include "selection/VisualSelection.h"
 #include "suite/geom/BodyColorTool.h"
 #include "suite/layout/Body.h"
+#include "visual/geometry/BodyModel.h"
 #include "visual/geometry/Detectable.h"
 #include "visual/geometry/EntityCounts.h"
 #include "visual/geometry/Hex2RGB.h"
@@ -48,13 +49,12 @@ void MeshVisual::destroyEntity() {
 MeshVisual* MeshVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
     auto& body = dynamic_cast<layout::Body&>(*modelNode);
     const bool detectable = IsDetectable(*modelNode);
-    const std::string given = body.getMaterialName();
-    const std::string base = given.empty() ? "Body" : given;
+    const BodyMaterials looks = MaterialsOf(body);
 
     // Until the file has been read the visual is ours: a refused file leaves nothing in the tree.
     auto visual = std::make_unique<MeshVisual>(parent, modelNode);
     visual->attachMesh(body.getGeometryUri());
-    visual->setMaterial(base, base + "Selected", base + "Highlighted");
+    visual->setMaterial(looks.normal, looks.selected, looks.highlighted);
     visual->resetAppearance();
     visual->setColor(geometry::BodyColorTool::GetBodyColor(modelNode->element));
 

@@ -2,10 +2,18 @@
 
 #include <stdexcept>
 
+#include <BRep_Tool.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Shape.hxx>
+#include <TopoDS_Vertex.hxx>
+
 #include "engine/Scene.h"
 #include "suite/layout/Body.h"
 #include "suite/layout/Part.h"
+#include "visual/geometry/CurveVisual.h"
 #include "visual/geometry/MeshVisual.h"
+#include "visual/geometry/PointVisual.h"
+#include "visual/geometry/SolidVisual.h"
 #include "visual/station/Appearance.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/station/LocalFrame.h"
@@ -14,10 +22,39 @@ namespace vrn::visual {
 
 namespace {
 
+void BuildShape(PartVisual* part, layout::Body* body) {
+    body->ensureShapeLoaded();
+    const TopoDS_Shape shape = body->getShape();
+    if (shape.IsNull()) return;
+    switch (shape.ShapeType()) {
+        case TopAbs_COMPOUND:
+        case TopAbs_COMPSOLID:
+        case TopAbs_SOLID:
+        case TopAbs_SHELL:
+        case TopAbs_FACE:
+            SolidVisual::Build(part, body, shape);
+            break;
+        case TopAbs_WIRE:
+        case TopAbs_EDGE:
+            CurveVisual::Build(part, body, shape);
+            break;
+        case TopAbs_VERTEX: {
+            const gp_Pnt p = BRep_Tool::Pnt(TopoDS::Vertex(shape));
+            PointVisual::Build(part, body,
+                               rob::PosTemplate<float>(rob::PosTemplate<double>(p.X(), p.Y(), p.Z())));
+            break;
+        }
+        case TopAbs_SHAPE:
+            break;
+    }
+}
+
 void BuildBody(PartVisual* part, layout::Body* body) {
     const auto fileType = body->element->touch("geometry")->touch("file_type")->as<std::string>();
     if (fileType == "stl") {
         MeshVisual::Build(part, body);
+    } else if (fileType == "brep") {
+        BuildShape(part, body);
     } else {
         throw std::runtime_error("File format is not brep or stl");
     }

@@ -1,0 +1,148 @@
+// Faces of solids: highlight, selection, look-up; solids whose shape changed.
+
+#include "engine/Scene.h"
+#include "engine/scene/NotedVisual.h"
+#include "mesh/MeshManager.h"
+#include "suite/geom/ShapeTools.h"
+#include "suite/sdf/SdfNode.h"
+#include "visual/geometry/SolidVisual.h"
+
+#include <TopLoc_Location.hxx>
+
+#include <algorithm>
+#include <string>
+#include <unordered_set>
+
+namespace vrn::visual {
+
+namespace {
+
+constexpr const char* baseFaceColour = "#10C279";
+constexpr const char* sideFaceColour = "#0D8DDF";
+
+template <class Action>
+void PostToSolid(Scene& scene, SolidVisual* solid, Action action) {
+    scene.addRenderTask(
+        [&scene, noted = NotedVisual(solid), action] {
+            if (!IsPresent(scene, noted)) return;
+            if (auto* present = dynamic_cast<SolidVisual*>(noted.visual)) action(present);
+        },
+        /*key=*/0);
+}
+
+// Null for a visual of another type, also for a plain one that stands for a solid.
+SolidVisual* AsSolid(Visual* visual) {
+    return visual->type == VisualType::Solid ? dynamic_cast<SolidVisual*>(visual) : nullptr;
+}
+
+// The names of the meshes that the solids of the scene own or show.
+std::unordered_set<std::string> MeshNamesInUse(const Scene& scene) {
+    std::unordered_set<std::string> names;
+    for (const auto& [id, visual] : scene.visuals) {
+        const auto* solid = dynamic_cast<const SolidVisual*>(visual);
+        if (!solid) continue;
+        names.insert(solid->getMeshName());
+        names.insert(solid->getCurrentMeshName());
+    }
+    return names;
+}
+
+}  // namespace
+
+// --- highlight
+
+void Scene::highlightFace(SolidVisual* solid, unsigned int index) {
+    const VisFace face{solid, index};
+    if (solid && face == highlightedFace) return;
+    clearHighlightedVisual();
+    if (!solid || faceIsSelected(solid, index)) return;
+    highlightedFace = face;
+    PostToSolid(*this, solid, [index](SolidVisual* present) { present->highLightFace(index); });
+}
+
+void Scene::clearHighlightedFace() {
+    if (highlightedFace.isNull()) return;
+    PostToSolid(*this, highlightedFace.solid, [index = highlightedFace.faceIndex](
+                                                  SolidVisual* present) {
+        present->clearHighLightFace(index);
+    });
+    highlightedFace.clear();
+}
+
+// --- selection
+
+bool Scene::faceIsSelected(SolidVisual* solid, unsigned int index) const {
+    return std::ranges::find(selectedFaces, VisFace{solid, index}) != selectedFaces.end();
+}
+
+void Scene::selectBaseFace(std::uint32_t id, unsigned int index) {
+    selectFace(id, index, baseFaceColour);
+}
+
+void Scene::selectSideFace(std::uint32_t id, unsigned int index) {
+    selectFace(id, index, sideFaceColour);
+}
+
+void Scene::selectFace(std::uint32_t id, unsigned int index, const std::string& hexColor) {
+    SolidVisual* solid = AsSolid(visuals.at(id));
+    if (!solid || faceIsSelected(solid, index)) return;
+    clearHighlightedVisual();
+    selectedFaces.push_back({solid, index});
+    PostToSolid(*this, solid, [index, hexColor](SolidVisual* present) {
+        present->setFaceColor(index, hexColor);
+    });
+}
+
+void Scene::clearSelectedFace(std::uint32_t id, unsigned int index) {
+    clearHighlightedVisual();
+    SolidVisual* solid = AsSolid(visuals.at(id));
+    if (!solid || std::erase(selectedFaces, VisFace{solid, index}) == 0) return;
+    PostToSolid(*this, solid,
+                [index](SolidVisual* present) { present->clearSelectedFace(index); });
+}
+
+void Scene::clearSelectedFaces() {
+    for (const VisFace& face : selectedFaces)
+        PostToSolid(*this, face.solid, [index = face.faceIndex](SolidVisual* present) {
+            present->clearSelectedFace(index);
+        });
+    selectedFaces.clear();
+}
+
+void Scene::forgetFaces(const Visual* visual) {
+    const auto isOfVisual = [visual](const VisFace& face) { return face.solid == visual; };
+    if (isOfVisual(highlightedFace)) highlightedFace.clear();
+    std::erase_if(selectedFaces, isOfVisual);
+}
+
+// --- look-up
+
+TopoDS_Face Scene::GetBodyFace(std::uint32_t id, int index) const {
+    return dynamic_cast<const SolidVisual&>(*visuals.at(id)).getFace(index);
+}
+
+TopoDS_Face Scene::GetBodyFaceInWorld(std::uint32_t id, int index) const {
+    TopoDS_Face face = GetBodyFace(id, index);
+    if (!face.IsNull())
+        face.Move(TopLoc_Location(geometry::PoseToTrsf(visuals.at(id)->getWorldPose())));
+    return face;
+}
+
+// --- a solid whose shape changed
+
+void Scene::updateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape) {
+    post([this, modelNode, shape] { doUpdateSolidVisual(modelNode, shape); });
+}
+
+void Scene::doUpdateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape) {
+    const Visual* former = visuals.at(modelNode->id);
+    Visual* parent = former->getParent();
+    const auto* formerSolid = dynamic_cast<const SolidVisual*>(former);
+    const std::string meshName = formerSolid ? formerSolid->getMeshName() : std::string();
+    doRemoveVisual(modelNode->id);
+    // The geometry changed under its name: what is left of the old one must not be found again.
+    if (!meshName.empty()) MeshManager::Get()->dropShapeMeshes(meshName, MeshNamesInUse(*this));
+    SolidVisual::Build(parent ? parent : root, modelNode, shape);
+}
+
+}  // namespace vrn::visual
