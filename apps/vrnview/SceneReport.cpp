@@ -85,13 +85,9 @@ Bounds BoundsOf(const visual::Visual& visual) {
 bool HasUsableCoordinates(const visual::Visual& visual) {
     bool usable = true;
     ForGeometry(visual, [&](const visual::Visual& body) {
-        for (const Ogre::MovableObject* object : body.node->getAttachedObjects()) {
-            const Ogre::AxisAlignedBox& box = object->getBoundingBox();
-            if (!box.isFinite()) continue;
-            for (const Ogre::Vector3& corner : {box.getMinimum(), box.getMaximum()})
-                for (const float coordinate : {corner.x, corner.y, corner.z})
-                    usable = usable && std::abs(coordinate) <= maxCoordinate;
-        }
+        // The library takes what reaches beyond maxCoordinate to be everywhere.
+        for (const Ogre::MovableObject* object : body.node->getAttachedObjects())
+            usable = usable && !object->getBoundingBox().isInfinite();
     });
     return usable;
 }

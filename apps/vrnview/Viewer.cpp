@@ -82,8 +82,7 @@ Counts Viewer::show(const InputFile& input, sdf::SdfNode& part) {
         // One input a batch: what the task throws ends the batch and comes out here.
         scene->processMsgs();
         visual::Visual& shown = *scene->visuals.at(part.id);
-        // Boxes of such sizes overflow on their way to the world, which the engine answers with an
-        // abort.
+        // Such a picture could not be framed.
         if (!HasUsableCoordinates(shown))
             throw std::runtime_error("has coordinates beyond 1e15, too large to be shown");
         return CountsOf(shown);
