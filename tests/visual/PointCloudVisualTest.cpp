@@ -68,7 +68,7 @@ TEST_F(PointClouds, AllPointsAreOneSectionOfPoints) {
                   ->getRenderOperation()
                   ->operationType,
               Ogre::RenderOperation::OT_POINT_LIST);
-    EXPECT_EQ(section->getCustomParameter(0).w, 1.0f);
+    EXPECT_LT(section->getCustomParameter(0).w, 0.0f);  // each point has its own colour
 }
 
 TEST_F(PointClouds, SelectedPointsAreDrawnOnceMoreInTheirOwnColour) {
@@ -231,6 +231,36 @@ TEST_F(PointClouds, SelectedPointsStandOutInThePicture) {
     EXPECT_NEAR(selected.g, 128, 2);
     EXPECT_EQ(selected.b, 0);
     EXPECT_NE(plain.b, selected.b);
+}
+
+TEST_F(PointClouds, PointsAreTheLighterTheHigherTheyLie) {
+    build({{0, 0, 100}, {40, 0, 150}, {80, 0, 200}});
+    const headless::Picture picture = frame();
+    const auto expectColour = [&](const Pos& point, const rob::ColorTemplate<float>& colour) {
+        const auto at = project(point);
+        const auto seen = picture.at(static_cast<int>(at.x), static_cast<int>(at.y));
+        EXPECT_NEAR(seen.r, colour.r * 255, 2) << point.z;
+        EXPECT_NEAR(seen.g, colour.g * 255, 2) << point.z;
+        EXPECT_NEAR(seen.b, colour.b * 255, 2) << point.z;
+    };
+    const auto low = PointCloudVisual::lowColor, high = PointCloudVisual::highColor;
+    expectColour({0, 0, 100}, low);
+    expectColour({40, 0, 150}, {(low.r + high.r) / 2, (low.g + high.g) / 2, (low.b + high.b) / 2});
+    expectColour({80, 0, 200}, high);
+}
+
+TEST_F(PointClouds, AFlatCloudHasTheColourBetween) {
+    build({{0, 0, 150}, {40, 0, 150}});
+    const auto at = project({0, 0, 150});
+    const auto seen = frame().at(static_cast<int>(at.x), static_cast<int>(at.y));
+    EXPECT_NEAR(seen.r, (PointCloudVisual::lowColor.r + PointCloudVisual::highColor.r) / 2 * 255, 2);
+}
+
+TEST_F(PointClouds, PointsTooFarForTheEngineAreNotDrawn) {
+    const float most = std::numeric_limits<float>::max();
+    PointCloudVisual* visual = build({{0, 0, -most}, {0, most, 0}, {2e15f, 0, 0}, {0, 0, 1e15f}});
+    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 1)));
+    EXPECT_NO_THROW(frame());
 }
 
 // --- Scene::selectPointCloud

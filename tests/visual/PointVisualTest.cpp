@@ -8,6 +8,10 @@
 #include <OgreMaterial.h>
 #include <OgreSceneNode.h>
 
+#include <BRepBuilderAPI_MakeVertex.hxx>
+#include <gp_Pnt.hxx>
+#include <TopoDS_Vertex.hxx>
+
 #include "selection/SelectableObject.h"
 #include "selection/VisualSelection.h"
 #include "suite/layout/Body.h"
@@ -76,6 +80,23 @@ TEST_F(PointVisuals, APreviewPointOfAnIdStandsUnderTheRootAndInTheRegistry) {
 }
 
 // --- bodies of one vertex
+
+TEST_F(PointVisuals, ABrepBodyOfOneVertexInAPartIsAPointThere) {
+    auto* vertex = model.make<layout::Body>(
+        "vertex", "vertex", BRepBuilderAPI_MakeVertex(gp_Pnt(1.5, 2.5, 3.1)).Vertex());
+    auto* holder = model.make<layout::Part>("holder");
+    holder->addBody(*vertex);
+    scene().addPart(holder);
+    pump();
+    const auto* point = dynamic_cast<PointVisual*>(visualOf(vertex));
+    ASSERT_NE(point, nullptr);
+    EXPECT_EQ(point->getParent(), visualOf(holder));
+    EXPECT_EQ(point->getPntPos(), (Pos{1.5f, 2.5f, 3.1f}));
+    scene().setVisualSelected(holder->id);
+    pump();
+    EXPECT_EQ(lookOfPoint(point), "PointSelected");
+    EXPECT_EQ(colourOf(point), orange);
+}
 
 TEST_F(PointVisuals, ABodyIsRegisteredPickableAndNamedLikeItsModelObject) {
     PointVisual* point = buildBody();
@@ -151,8 +172,11 @@ TEST_F(PointVisuals, ItsBoxIsFiveUnitsRoundThePointAsItStandsInTheVisual) {
 
 TEST_F(PointVisuals, APointThatIsNotFiniteShowsNothingAndHarmsNothing) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
+    for (const float refused : {nan, 2e15f, -3e38f}) {
+        PointVisual* preview = PointVisual::Build(root(), {0, 0, refused});
+        EXPECT_EQ(pictureOf(preview).getNumSections(), 0u) << refused;
+    }
     PointVisual* point = buildBody({nan, 0, 0});
-    EXPECT_EQ(pictureOf(point).getNumSections(), 0u);
     point->setSelected();
     point->setColor({1, 0, 0}, 1);
     EXPECT_NO_THROW(frame());

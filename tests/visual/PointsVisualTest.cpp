@@ -56,9 +56,9 @@ TEST_F(PointsVisuals, WithoutPointsNothingIsDrawnAndNothingHarmed) {
 
 TEST_F(PointsVisuals, PointsThatAreNotFiniteAreLeftOut) {
     const float inf = std::numeric_limits<float>::infinity();
-    PointsVisual visual(root(), {{1, 1, 1}, {inf, 0, 0}, {2, 2, 2}}, {1, 1, 1});
+    PointsVisual visual(root(), {{1, 1, 1}, {inf, 0, 0}, {0, -3e38f, 0}, {2, 2, 2}}, {1, 1, 1});
     EXPECT_EQ(pictureOf(&visual).getBoundingBox().getMaximum(), Ogre::Vector3(2, 2, 2));
-    EXPECT_EQ(visual.getPoints().size(), 3u);
+    EXPECT_EQ(visual.getPoints().size(), 4u);
     EXPECT_NO_THROW(frame());
 }
 

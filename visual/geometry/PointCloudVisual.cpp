@@ -47,7 +47,8 @@ void PointCloudVisual::updateRenderPrimitive() {
     else
         manualObject = MakePointPicture(this);
     const std::vector<rob::PosTemplate<float>> selected = selectedPoints();
-    AddPoints(*manualObject, cloudLook, unselectedHidden ? selected : cloud, normalColor);
+    AddPointsByHeight(*manualObject, cloudLook, unselectedHidden ? selected : cloud, lowColor,
+                      highColor);
     AddPoints(*manualObject, selectedLook, selected, selectedColor);
     updateRegistration();
 }

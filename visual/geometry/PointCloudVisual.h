@@ -13,10 +13,12 @@ class ManualObject;
 
 namespace vrn::visual {
 
-/// A large cloud of the station's data, of which a subset can be selected and shown apart.
+/// A large cloud of the station's data, of which a subset can be selected and shown apart. Points
+/// are the lighter the higher they lie in the frame of the visual, selected ones orange.
 ///
 /// The points are read from the model object whenever the picture is made anew, so the object must
-/// outlive the visual. Points that are not finite are not drawn. Thread: render.
+/// outlive the visual. Points that are not finite, or lie beyond 1e15 on an axis, are not
+/// drawn. Thread: render.
 class VRN_VISUAL_API PointCloudVisual : public Visual {
 public:
     /// Nothing is drawn yet. Throws std::bad_cast for an object that is no cloud.
@@ -49,7 +51,9 @@ public:
         return selectedIndices;
     }
 
-    static constexpr rob::ColorTemplate<float> normalColor{1, 1, 1};
+    /// Of the lowest and of the highest points that are drawn.
+    static constexpr rob::ColorTemplate<float> lowColor{0.13f, 0.28f, 0.45f};
+    static constexpr rob::ColorTemplate<float> highColor{0.86f, 0.95f, 0.92f};
     static constexpr rob::ColorTemplate<float> selectedColor{1, 0.5f, 0};
 
 private:

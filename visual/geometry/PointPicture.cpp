@@ -1,5 +1,6 @@
 #include "visual/geometry/PointPicture.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <OgreManualObject.h>
@@ -14,14 +15,52 @@ namespace {
 
 constexpr std::size_t colourParameter = 0;
 
-// One such point would take the bounds, and with them the whole picture, out of sight.
-bool IsFinite(const rob::PosTemplate<float>& p) {
-    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+// The engine takes sums and differences of bounds, turns and scales them, and aborts on what
+// overflows.
+constexpr float farthest = 1e15f;
+
+// False for a coordinate that is no number.
+bool IsDrawable(const rob::PosTemplate<float>& p) {
+    return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::abs(p.z) <= farthest;
 }
 
 Ogre::Vector4 Parameter(const rob::ColorTemplate<float>& color, float alpha) {
     return {color.r, color.g, color.b, alpha};
 }
+
+// Asks for the colours of the vertices.
+const Ogre::Vector4 vertexColours(0, 0, 0, -1);
+
+void BeginPoints(Ogre::ManualObject& picture, const std::string& materialName, std::size_t count) {
+    picture.estimateVertexCount(static_cast<Ogre::uint32>(count));
+    picture.begin(materialName, Ogre::RenderOperation::OT_POINT_LIST);
+}
+
+void EndPoints(Ogre::ManualObject& picture, const Ogre::Vector4& parameter) {
+    // Null for a section without points.
+    if (auto* section = picture.end()) section->setCustomParameter(colourParameter, parameter);
+}
+
+/// The range of heights of those points that are drawn.
+class Heights {
+public:
+    explicit Heights(std::span<const rob::PosTemplate<float>> points) {
+        for (const rob::PosTemplate<float>& p : points) {
+            if (!IsDrawable(p)) continue;
+            lowest = std::min(lowest, p.z);
+            highest = std::max(highest, p.z);
+        }
+    }
+    /// 0 at the lowest, 1 at the highest; half-way where there is no difference.
+    [[nodiscard]] float shareOf(float height) const {
+        const float range = highest - lowest;
+        return range > 0 ? (height - lowest) / range : 0.5f;
+    }
+
+private:
+    float lowest = farthest;
+    float highest = -farthest;
+};
 
 }  // namespace
 
@@ -38,13 +77,26 @@ void DestroyPointPicture(Ogre::ManualObject* picture) {
 void AddPoints(Ogre::ManualObject& picture, const std::string& materialName,
                std::span<const rob::PosTemplate<float>> points,
                const rob::ColorTemplate<float>& color) {
-    picture.estimateVertexCount(static_cast<Ogre::uint32>(points.size()));
-    picture.begin(materialName, Ogre::RenderOperation::OT_POINT_LIST);
+    BeginPoints(picture, materialName, points.size());
     for (const rob::PosTemplate<float>& p : points)
-        if (IsFinite(p)) picture.position(p.x, p.y, p.z);
-    // Null for a section without points.
-    if (auto* section = picture.end())
-        section->setCustomParameter(colourParameter, Parameter(color, 1.0f));
+        if (IsDrawable(p)) picture.position(p.x, p.y, p.z);
+    EndPoints(picture, Parameter(color, 1.0f));
+}
+
+void AddPointsByHeight(Ogre::ManualObject& picture, const std::string& materialName,
+                       std::span<const rob::PosTemplate<float>> points,
+                       const rob::ColorTemplate<float>& low,
+                       const rob::ColorTemplate<float>& high) {
+    const Heights heights(points);
+    BeginPoints(picture, materialName, points.size());
+    for (const rob::PosTemplate<float>& p : points) {
+        if (!IsDrawable(p)) continue;
+        const float share = heights.shareOf(p.z);
+        picture.position(p.x, p.y, p.z);
+        picture.colour(std::lerp(low.r, high.r, share), std::lerp(low.g, high.g, share),
+                       std::lerp(low.b, high.b, share));
+    }
+    EndPoints(picture, vertexColours);
 }
 
 void SetPointColor(Ogre::ManualObject& picture, const rob::ColorTemplate<float>& color,

@@ -20,10 +20,18 @@ Ogre::ManualObject* MakePointPicture(Visual* visual);
 void DestroyPointPicture(Ogre::ManualObject* picture);
 
 /// Appends the points, in the frame of the visual, as a section of its own in one colour. Points
-/// that are not finite are left out; without any point there is no section. Thread: render.
+/// that are not finite, or lie beyond 1e15 on an axis, are left out; without any point there is no
+/// section. Thread: render.
 void AddPoints(Ogre::ManualObject& picture, const std::string& materialName,
                std::span<const rob::PosTemplate<float>> points,
                const rob::ColorTemplate<float>& color);
+
+/// The same with a colour for each point by its height: from `low` at the smallest z to `high` at
+/// the largest, so that the shape of a surface can be seen in points that have no shade. Thread:
+/// render.
+void AddPointsByHeight(Ogre::ManualObject& picture, const std::string& materialName,
+                       std::span<const rob::PosTemplate<float>> points,
+                       const rob::ColorTemplate<float>& low, const rob::ColorTemplate<float>& high);
 
 /// The colour of all sections; `alpha` is 1 for opaque. Thread: render.
 void SetPointColor(Ogre::ManualObject& picture, const rob::ColorTemplate<float>& color,

@@ -13,7 +13,8 @@ namespace vrn::visual {
 
 /// One point, shown as a small marker of fixed size on the screen: white, yellow when highlighted,
 /// orange when selected. The point stands in the frame of the visual, whose own pose stays what its
-/// model object says. A point that is not finite shows nothing. Thread: render.
+/// model object says. A point that is not finite, or lies beyond 1e15 on an axis, shows
+/// nothing. Thread: render.
 class VRN_VISUAL_API PointVisual : public Visual {
 public:
     ~PointVisual() override;

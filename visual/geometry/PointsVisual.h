@@ -11,7 +11,7 @@ class ManualObject;
 namespace vrn::visual {
 
 /// A set of preview points under `parent`, in one colour; in no registry and not pickable. Points
-/// that are not finite are not drawn. Thread: render.
+/// that are not finite, or lie beyond 1e15 on an axis, are not drawn. Thread: render.
 class VRN_VISUAL_API PointsVisual : public Visual {
 public:
     PointsVisual(Visual* parent, std::vector<rob::PosTemplate<float>> setPoints,
