@@ -18,12 +18,14 @@
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace vrn::headless {
 
 namespace {
 
 constexpr int notFoundStatus = 127;  // as a shell reports a command that is not there
+constexpr int startAttempts = 3;
 constexpr std::chrono::seconds startLimit{60};
 constexpr std::chrono::seconds stopLimit{5};
 
@@ -117,7 +119,15 @@ VirtualDisplay::VirtualDisplay() {
         name = *formerName;
         return;
     }
-    startServer();
+    // Where many servers start at once, one may lose its number to another after it has told it.
+    for (int attempt = 1;; ++attempt) {
+        startServer();
+        if (isUsable(name)) break;
+        StopProcess(std::exchange(serverPid, 0));
+        if (attempt == startAttempts)
+            throw std::runtime_error("Xvfb started, but its display " + name +
+                                     " cannot be used: it does not answer or has no GLX");
+    }
     setenv("DISPLAY", name.c_str(), /*overwrite=*/1);
 }
 
