@@ -332,6 +332,25 @@ TEST_F(InstancePictures, ATargetIsInTheFirstFrameAndEachLookShowsADifferentPictu
     EXPECT_EQ(difference(empty, frame()), 0);
 }
 
+TEST_F(InstancePictures, SelectedTargetsAreOrangeAmongTheOthers) {
+    const auto orange = [](const headless::Picture& picture) {
+        int count = 0;
+        for (int y = 0; y < picture.getHeight(); ++y)
+            for (int x = 0; x < picture.getWidth(); ++x) {
+                const auto c = picture.at(x, y);
+                if (c.r > c.g + 60 && c.g > c.b + 30) ++count;
+            }
+        return count;
+    };
+    addTarget(1)->setPosition(0, 0, 150);
+    Target* chosen = addTarget(2);
+    chosen->setPosition(60, 0, 150);
+    scene().addRenderTask([] {}, 0);
+    EXPECT_EQ(orange(frame()), 0);
+    chosen->setSelected();
+    EXPECT_GT(orange(frame()), 100);
+}
+
 TEST_F(InstancePictures, ATargetThatMovesBackIntoViewIsInTheNextFrame) {
     const headless::Picture empty = frame();
     Target* target = addTarget(1);
