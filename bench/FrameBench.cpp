@@ -1,6 +1,6 @@
-// A frame of 1000 mesh visuals, beside the same entities made in bare Ogre: same mesh, material, colours and
-// places, in the same scene and window. The two sets are shown in turn, frame by frame, so that whatever else
-// the machine does meets both alike.
+// A frame of 1000 mesh visuals, beside the same entities made in bare Ogre: same mesh, material,
+// colours and places, in the same scene and window. The two sets are shown in turn, frame by frame,
+// so that whatever else the machine does meets both alike.
 
 #include <algorithm>
 #include <chrono>
@@ -28,7 +28,8 @@ constexpr const char* meshName = "VectorSphere";
 constexpr float meshScale = 8.0f;
 
 Ogre::Vector3 PlaceOf(int i) {
-    return Ogre::Vector3(static_cast<float>(i % gridSide), static_cast<float>(i / gridSide % gridSide),
+    return Ogre::Vector3(static_cast<float>(i % gridSide),
+                         static_cast<float>(i / gridSide % gridSide),
                          static_cast<float>(i / (gridSide * gridSide))) *
            spacing;
 }

@@ -1,5 +1,5 @@
-// Posting to the render-task queue from 1, 2 and 4 threads, beside the least that could do the job: a mutex,
-// a deque and the same signal. Times are per post, with all threads posting at once.
+// Posting to the render-task queue from 1, 2 and 4 threads, beside the least that could do the job:
+// a mutex, a deque and the same signal. Times are per post, with all threads posting at once.
 
 #include <algorithm>
 #include <chrono>
@@ -56,12 +56,14 @@ void PostMany(Post& post) {
     };
     for (int i = 0; i < postsPerThread; ++i) {
         const Pose pose{};
-        post([counter = &ran, i, pose] { *counter += static_cast<std::uint64_t>(i) + (pose.values[0] > 0); });
+        post([counter = &ran, i, pose] {
+            *counter += static_cast<std::uint64_t>(i) + (pose.values[0] > 0);
+        });
     }
 }
 
-// Seconds a post, with `threadCount` threads posting at once: from the first thread's start to the last one's
-// end, each by its own clock, since this thread may be kept waiting.
+// Seconds a post, with `threadCount` threads posting at once: from the first thread's start to the
+// last one's end, each by its own clock, since this thread may be kept waiting.
 template <class Post>
 double SecondsOfPost(int threadCount, Post& post) {
     using Clock = std::chrono::steady_clock;
@@ -76,8 +78,8 @@ double SecondsOfPost(int threadCount, Post& post) {
             ends[t] = Clock::now();
         });
     for (auto& thread : threads) thread.join();
-    const std::chrono::duration<double> elapsed =
-        *std::max_element(ends.begin(), ends.end()) - *std::min_element(begins.begin(), begins.end());
+    const std::chrono::duration<double> elapsed = *std::max_element(ends.begin(), ends.end()) -
+                                                  *std::min_element(begins.begin(), begins.end());
     return elapsed.count() / (static_cast<double>(postsPerThread) * threadCount);
 }
 

@@ -24,8 +24,9 @@ void main() { colour = vec4(1.0); }
 )";
 
 Ogre::GpuProgramPtr MakeProgram(const char* name, Ogre::GpuProgramType type, const char* source) {
-    const Ogre::GpuProgramPtr program = Ogre::HighLevelGpuProgramManager::getSingleton().createProgram(
-        name, Ogre::RGN_INTERNAL, "glsl", type);
+    const Ogre::GpuProgramPtr program =
+        Ogre::HighLevelGpuProgramManager::getSingleton().createProgram(name, Ogre::RGN_INTERNAL,
+                                                                       "glsl", type);
     program->setSource(source);
     return program;
 }
@@ -33,7 +34,8 @@ Ogre::GpuProgramPtr MakeProgram(const char* name, Ogre::GpuProgramType type, con
 }  // namespace
 
 void MakeFallbackMaterialsDrawable() {
-    if (Ogre::HighLevelGpuProgramManager::getSingleton().getByName(vertexProgramName, Ogre::RGN_INTERNAL))
+    if (Ogre::HighLevelGpuProgramManager::getSingleton().getByName(vertexProgramName,
+                                                                   Ogre::RGN_INTERNAL))
         return;
     const Ogre::GpuProgramPtr vertex =
         MakeProgram(vertexProgramName, Ogre::GPT_VERTEX_PROGRAM, vertexSource);

@@ -8,8 +8,8 @@
 
 namespace vrn::visual {
 
-/// Measures each frame and signals its render time through broker::SignalBroker::frameTicked: the time the
-/// frame took, not the time between frames. Thread: render.
+/// Measures each frame and signals its render time through broker::SignalBroker::frameTicked: the
+/// time the frame took, not the time between frames. Thread: render.
 class VRN_VISUAL_API FrameTimer : public Ogre::FrameListener {
 public:
     bool frameStarted(const Ogre::FrameEvent& event) override;

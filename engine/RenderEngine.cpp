@@ -25,8 +25,8 @@ RenderEngine::~RenderEngine() = default;
 
 void RenderEngine::load() {
     const std::string logFile = (std::filesystem::temp_directory_path() / "Ogre.log").string();
-    // A log that the root makes itself writes every line to the console too; the manager made before it,
-    // which the root takes over, writes to the file alone.
+    // A log that the root makes itself writes every line to the console too; the manager made
+    // before it, which the root takes over, writes to the file alone.
     auto* logManager = new Ogre::LogManager;
     logManager->createLog(logFile, /*defaultLog=*/true, /*debuggerOutput=*/false,
                           /*suppressFileOutput=*/false);

@@ -14,7 +14,8 @@ Scene* Scene::Instance = nullptr;
 
 void Scene::addRenderTask(std::function<void()>&& fn, unsigned long key) {
     const std::lock_guard lock(taskMutex);
-    if (key != 0) std::erase_if(renderTasks, [key](const RenderTask& task) { return task.key == key; });
+    if (key != 0)
+        std::erase_if(renderTasks, [key](const RenderTask& task) { return task.key == key; });
     renderTasks.emplace_back(key, std::move(fn));
     broker::SignalBroker::updateScene();
 }
@@ -29,7 +30,8 @@ void Scene::processMsgs() {
     }
     const bool hasTasks = !batch.empty();
     for (; !batch.empty(); batch.pop_front()) batch.front().fn();
-    // Instances learn of a move when their nodes are updated, which a frame does too late for itself.
+    // Instances learn of a move when their nodes are updated, which a frame does too late for
+    // itself.
     if (hasTasks) root->node->_update(/*updateChildren=*/true, /*parentHasChanged=*/false);
     if (needsUpdate.exchange(false)) broker::SignalBroker::updateScene();
 }

@@ -50,19 +50,19 @@ class Visual;
 
 /// The one object through which a host changes what the viewport shows, from any thread.
 ///
-/// Nearly every public operation packs its arguments into a closure and posts it; the host's render thread
-/// runs the closures in the order of posting:
+/// Nearly every public operation packs its arguments into a closure and posts it; the host's render
+/// thread runs the closures in the order of posting:
 ///
 ///     // any thread                              // render thread, each frame
 ///     Scene::Get()->setVisualPose(id, pose);     Scene::Get()->processMsgs();
 ///                                                VisualSelection::Get()->update();
 ///                                                gRenderEngine->root->renderOneFrame();
 ///
-/// Thread words: "any" posts (or is guarded), "render" touches the scene at once, "caller" works on the
-/// calling thread and assumes that one interactive thread does so. Raw pointers given to a posting
-/// operation must live until its task has run. Where an operation looks an id up strictly, an unknown one
-/// throws std::out_of_range with the text "unordered_map::at": on the caller, or out of processMsgs when
-/// the look-up stands in the task.
+/// Thread words: "any" posts (or is guarded), "render" touches the scene at once, "caller" works on
+/// the calling thread and assumes that one interactive thread does so. Raw pointers given to a
+/// posting operation must live until its task has run. Where an operation looks an id up strictly,
+/// an unknown one throws std::out_of_range with the text "unordered_map::at": on the caller, or out
+/// of processMsgs when the look-up stands in the task.
 class VRN_VISUAL_API Scene {
 public:
     /// One unit of the queue: a key to coalesce by, 0 for none, and what to run.
@@ -72,7 +72,12 @@ public:
     };
 
     /// What the viewport draws of solids: filled faces, their edges, or all triangles as wires.
-    enum class DisplayMode : std::int32_t { Shaded = 0, ShadedWithEdges = 1, EdgesOnly = 2, TriangleWires = 3 };
+    enum class DisplayMode : std::int32_t {
+        Shaded = 0,
+        ShadedWithEdges = 1,
+        EdgesOnly = 2,
+        TriangleWires = 3
+    };
 
     enum class VisualCollisionState : std::int32_t { None = 0, GroupA = 1, GroupB = 2 };
 
@@ -120,42 +125,44 @@ public:
     Camera* createCamera(const std::string& cameraName);
 
     // --- the queue ---
-    /// Appends a task and signals broker::SignalBroker::updateScene. With a key other than 0, every waiting
-    /// task of that key goes, and the new one runs after all that waits. An empty `fn` is stored and makes
-    /// processMsgs throw std::bad_function_call. Handlers of the signal must not post on the same thread.
-    /// Thread: any.
+    /// Appends a task and signals broker::SignalBroker::updateScene. With a key other than 0, every
+    /// waiting task of that key goes, and the new one runs after all that waits. An empty `fn` is
+    /// stored and makes processMsgs throw std::bad_function_call. Handlers of the signal must not
+    /// post on the same thread. Thread: any.
     void addRenderTask(std::function<void()>&& fn, unsigned long key);
-    /// Adds work that runs at the end of the next station load. Thread: the one that calls LoadStation,
-    /// before it does.
+    /// Adds work that runs at the end of the next station load. Thread: the one that calls
+    /// LoadStation, before it does.
     void addLoadTask(std::function<void()> fn);
-    /// Runs the tasks that wait now, in order; what they post runs next time. A task that throws ends the
-    /// batch: the exception goes to the host and the tasks behind it are lost. Signals updateScene once if a
-    /// task or setting asked for a further frame. Thread: render.
+    /// Runs the tasks that wait now, in order; what they post runs next time. A task that throws
+    /// ends the batch: the exception goes to the host and the tasks behind it are lost. Signals
+    /// updateScene once if a task or setting asked for a further frame. Thread: render.
     void processMsgs();
     /// Asks for one updateScene signal at the end of the next batch. Thread: any.
     void requestUpdate() { needsUpdate = true; }
 
     // --- scene set-up; thread: render unless said otherwise ---
     void setAmbientLight(const Ogre::ColourValue& colour);
-    /// Lights are numbered 1 to 4; any other index throws Ogre::ItemIdentityException on the caller. The
-    /// direction is where the light comes from, taken as it stands, whichever axis is up; one of zero
-    /// length is ignored. Each of these signals updateScene.
+    /// Lights are numbered 1 to 4; any other index throws Ogre::ItemIdentityException on the
+    /// caller. The direction is where the light comes from, taken as it stands, whichever axis is
+    /// up; one of zero length is ignored. Each of these signals updateScene.
     void setLightDir(int index, float x, float y, float z);
     void setLightEnable(int index, bool on);
     void setLightDiffuse(int index, float r, float g, float b);
     void setLightSpecular(int index, float r, float g, float b);
-    /// Switches the outline round selected bodies. Does nothing before the camera has a viewport or without
-    /// the compositor "BorderHighlight".
+    /// Switches the outline round selected bodies. Does nothing before the camera has a viewport or
+    /// without the compositor "BorderHighlight".
     void setBorderHighlightEnabled(bool on);
     /// Makes the grid of 20 cells of 1000 once; false does nothing.
     void setGrid(bool on);
 
     // --- settings; thread: any ---
-    /// Turns grid and camera to another vertical: 0 X, 1 Y, 2 Z; the setting is stored on the caller.
+    /// Turns grid and camera to another vertical: 0 X, 1 Y, 2 Z; the setting is stored on the
+    /// caller.
     void setGridNormalDir(int dir);
     void setDisplayMode(DisplayMode mode);
-    /// Resizes the visuals of one kind and remembers the size for later ones of it, but only if there is
-    /// one now: with none in the scene nothing changes. Tcp frames are remembered in `frameSize`.
+    /// Resizes the visuals of one kind and remembers the size for later ones of it, but only if
+    /// there is one now: with none in the scene nothing changes. Tcp frames are remembered in
+    /// `frameSize`.
     void setFrameSize(unsigned int size, VisualType type);
     void setArrowSizeLevel(unsigned int level);
     void setHandleScale(float scale);
@@ -170,27 +177,28 @@ public:
     void LoadStation();
     void addPart(sdf::SdfNode* modelNode);
     void addAssembly(sdf::SdfNode* modelNode);
-    /// A manipulator, tool or device, without `buildChildren` without the parts of its links; any other kind
-    /// does nothing.
+    /// A manipulator, tool or device, without `buildChildren` without the parts of its links; any
+    /// other kind does nothing.
     void addMechanism(sdf::SdfNode* modelNode, bool buildChildren);
     /// A user component; any other kind does nothing.
     void addSmartComponent(sdf::SdfNode* modelNode);
     void addPointCloud(sdf::SdfNode* modelNode);
     void addFrame(sdf::SdfNode* modelNode);
     void addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose);
-    /// The work objects of a task, then its tools' centre points. The id is looked up strictly in the task that
-    /// is posted; an object that is no task throws std::bad_cast there.
+    /// The work objects of a task, then its tools' centre points. The id is looked up strictly in
+    /// the task that is posted; an object that is no task throws std::bad_cast there.
     void addTask(std::uint32_t id);
-    /// The centre point of a tool, under the visual of its parent id. The item and that visual are looked up
-    /// strictly in the task; for the update the item's visual too, which is made anew.
+    /// The centre point of a tool, under the visual of its parent id. The item and that visual are
+    /// looked up strictly in the task; for the update the item's visual too, which is made anew.
     void addToolData(std::uint32_t id);
     void updateToolData(std::uint32_t id);
     void addWObj(sdf::SdfNode* modelNode);
-    /// Moves a work object to its model's parent and poses; it and the parent's visual are looked up strictly in
-    /// the task.
+    /// Moves a work object to its model's parent and poses; it and the parent's visual are looked
+    /// up strictly in the task.
     void updateWObj(std::uint32_t id);
-    /// Builds a body's solid anew with another shape, where it hangs now. Its visual is looked up strictly in the
-    /// task. Other solids that share the body's URI keep the mesh that they show, and then the new one shows it too.
+    /// Builds a body's solid anew with another shape, where it hangs now. Its visual is looked up
+    /// strictly in the task. Other solids that share the body's URI keep the mesh that they show,
+    /// and then the new one shows it too.
     void updateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape);
     void removeVisual(std::uint32_t id);
     void removeTempVisual(std::uint32_t id);
@@ -203,8 +211,8 @@ public:
                             const rob::PoseTemplate<float>& worldPose);
     void addAttachment(std::uint32_t childId, std::uint32_t parentId,
                        const rob::PoseTemplate<double>& pose);
-    void deleteAttachment(std::uint32_t childId, std::uint32_t oldParentId, std::uint32_t newParentId,
-                          const rob::PoseTemplate<double>& pose);
+    void deleteAttachment(std::uint32_t childId, std::uint32_t oldParentId,
+                          std::uint32_t newParentId, const rob::PoseTemplate<double>& pose);
 
     // --- poses; thread: any ---
     void setVisualPose(std::uint32_t id, const rob::PoseTemplate<float>& pose);
@@ -214,8 +222,8 @@ public:
     /// Lists of unequal length throw std::invalid_argument on the caller.
     void setVisualsOrientations(const std::vector<std::uint32_t>& ids,
                                 const std::vector<rob::OrientTemplate<double>>& orientations);
-    /// Moves the visual's own origin from the frame `oldOrigin` to `newOrigin`, both in the world, while its
-    /// children stay where they are.
+    /// Moves the visual's own origin from the frame `oldOrigin` to `newOrigin`, both in the world,
+    /// while its children stay where they are.
     void setLocalOrigin(std::uint32_t id, const rob::PoseTemplate<float>& oldOrigin,
                         const rob::PoseTemplate<float>& newOrigin);
     void setCameraPose(const rob::PoseTemplate<float>& worldPose);
@@ -230,30 +238,33 @@ public:
     void setTargetVisualVisible(bool show);
 
     // --- highlight and selection; thread: any for the posts, caller for the bookkeeping ---
-    /// Highlights a visual in place of what is highlighted now; what is selected is left alone. Null clears.
+    /// Highlights a visual in place of what is highlighted now; what is selected is left alone.
+    /// Null clears.
     void setVisualHighlighted(Visual* visual);
     void setVisualHighlighted(std::uint32_t id);
     void clearHighlightedVisual();
     void clearHighlightedBody();
-    /// Highlights one face of a solid, counted from 1, in place of what is highlighted now; a selected face is left
-    /// alone. Null clears. A number past the faces throws Standard_OutOfRange in the task.
+    /// Highlights one face of a solid, counted from 1, in place of what is highlighted now; a
+    /// selected face is left alone. Null clears. A number past the faces throws Standard_OutOfRange
+    /// in the task.
     void highlightFace(SolidVisual* solid, unsigned int index);
     void clearHighlightedFace();
-    /// Shows one edge highlighted, below the visual that it belongs to, in place of the edge highlighted now and of
-    /// nothing else. Null clears.
+    /// Shows one edge highlighted, below the visual that it belongs to, in place of the edge
+    /// highlighted now and of nothing else. Null clears.
     void highlightEdge(Visual* visual, const TopoDS_Edge& edge);
     void clearHighlightedEdge();
-    /// Selects one visual, or several, in place of the selection so far, and turns the outline on. An id
-    /// without a visual of its own is looked up in the model: a task selects its paths, its tools, work
-    /// objects and joint targets, and its robot.
+    /// Selects one visual, or several, in place of the selection so far, and turns the outline on.
+    /// An id without a visual of its own is looked up in the model: a task selects its paths, its
+    /// tools, work objects and joint targets, and its robot.
     void setVisualSelected(std::uint32_t id);
     void setVisualSelected(Visual* visual);
     void setVisualsSelected(const std::vector<std::uint32_t>& ids);
     void clearSelectedVisuals();
     void clearSelections();
-    /// Adds a face of a solid, counted from 1, to the selected ones, in the colour of a base or of a side. Does
-    /// nothing for another kind of visual and for a face that is selected. The id is looked up strictly on the
-    /// caller; a number past the faces throws Standard_OutOfRange in the task.
+    /// Adds a face of a solid, counted from 1, to the selected ones, in the colour of a base or of
+    /// a side. Does nothing for another kind of visual and for a face that is selected. The id is
+    /// looked up strictly on the caller; a number past the faces throws Standard_OutOfRange in the
+    /// task.
     void selectBaseFace(std::uint32_t id, unsigned int index);
     void selectSideFace(std::uint32_t id, unsigned int index);
     /// The id is looked up strictly on the caller.
@@ -263,10 +274,12 @@ public:
     [[nodiscard]] bool faceIsSelected(SolidVisual* solid, unsigned int index) const;
     /// Adds the generated edge of a visual to the selection; does nothing if it has no such edge.
     void selectGeneratedEdge(std::uint32_t id, const TopoDS_Edge& edge);
-    /// Selects points of clouds, by the clouds' ids, in place of the selection so far. In the task an id is looked
-    /// up strictly, and one of another kind of visual throws std::bad_cast.
-    void selectPointCloud(const std::unordered_map<unsigned int, std::vector<unsigned long>>& indices);
-    /// True if the visual or one of its ancestors up to the first top-level one is selected. Thread: caller.
+    /// Selects points of clouds, by the clouds' ids, in place of the selection so far. In the task
+    /// an id is looked up strictly, and one of another kind of visual throws std::bad_cast.
+    void selectPointCloud(
+        const std::unordered_map<unsigned int, std::vector<unsigned long>>& indices);
+    /// True if the visual or one of its ancestors up to the first top-level one is selected.
+    /// Thread: caller.
     [[nodiscard]] bool isSelected(const Visual* visual) const;
 
     // --- materials and collision; thread: any; ids are looked up strictly on the caller ---
@@ -288,10 +301,11 @@ public:
     void resetColor(Visual* visual);
 
     // --- edges and arrows; thread: any; ids are looked up strictly in the task ---
-    /// Shows an edge below a visual until it is removed; an edge that was never triangulated is passed over.
+    /// Shows an edge below a visual until it is removed; an edge that was never triangulated is
+    /// passed over.
     void addGeneratedEdge(std::uint32_t id, const TopoDS_Edge& edge);
-    /// These three do nothing if the visual has no such edge below it. An arrow on an edge without a direction
-    /// there throws std::overflow_error in the task.
+    /// These three do nothing if the visual has no such edge below it. An arrow on an edge without
+    /// a direction there throws std::overflow_error in the task.
     void removeGeneratedEdge(std::uint32_t id, const TopoDS_Edge& edge);
     void addEdgeArrow(std::uint32_t id, const TopoDS_Edge& edge, bool atEnd);
     void clearEdgeArrow(std::uint32_t id, const TopoDS_Edge& edge);
@@ -300,7 +314,8 @@ public:
     void clearCurveArrow(std::uint32_t id);
 
     // --- queries; they read the live scene without a lock; thread: render, or caller ---
-    /// A face of a solid by its number from 1, in the frame of its body or in the world. Throws std::out_of_range
+    /// A face of a solid by its number from 1, in the frame of its body or in the world. Throws
+    /// std::out_of_range
     /// ("unordered_map::at") for an unknown id, std::bad_cast for another kind of visual, and what
     /// SolidVisual::getFace throws.
     [[nodiscard]] TopoDS_Face GetBodyFace(std::uint32_t id, int index) const;
@@ -310,8 +325,8 @@ public:
     void addTempVisual(Visual* visual);
     /// Deletes a visual with all below it. Silent for one that stands in no map.
     void deleteVisual(Visual* visual);
-    /// The visual that a model object hangs under: that of its parent id, or the root when the id is 0, the
-    /// station logic's, or no visual's.
+    /// The visual that a model object hangs under: that of its parent id, or the root when the id
+    /// is 0, the station logic's, or no visual's.
     [[nodiscard]] Visual* resolveParentVisual(const sdf::SdfNode* modelNode) const;
 
 private:
@@ -362,7 +377,8 @@ private:
     /// Drop a visual that is about to die from the bookkeeping of faces and edges.
     void forgetFaces(const Visual* visual);
     void forgetEdges(const Visual* visual);
-    void doSetLayer(Visual* visual, VisualStateLayer layer, bool on, const std::string& materialName = {});
+    void doSetLayer(Visual* visual, VisualStateLayer layer, bool on,
+                    const std::string& materialName = {});
     void doSetColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha);
     void doResetColor(Visual* visual);
 

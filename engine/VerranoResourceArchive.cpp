@@ -40,8 +40,8 @@ Entry CurrentEntry(unzFile zip) {
         throw std::runtime_error("Get current file info failed");
     std::string name(info.size_filename, '\0');
     // One more for the terminator that minizip writes.
-    if (unzGetCurrentFileInfo(zip, &info, name.data(), info.size_filename + 1, nullptr, 0, nullptr, 0) !=
-        UNZ_OK)
+    if (unzGetCurrentFileInfo(zip, &info, name.data(), info.size_filename + 1, nullptr, 0, nullptr,
+                              0) != UNZ_OK)
         throw std::runtime_error("Get current file info failed");
     return {std::move(name), info.compressed_size, info.uncompressed_size};
 }
@@ -63,7 +63,8 @@ void ForEachFile(const std::string& uri, Callback callback) {
     const ZipFile zip(unzOpen64(package.c_str()));
     if (!zip) return;
 
-    for (int state = unzGoToFirstFile(zip.get()); state == UNZ_OK; state = unzGoToNextFile(zip.get())) {
+    for (int state = unzGoToFirstFile(zip.get()); state == UNZ_OK;
+         state = unzGoToNextFile(zip.get())) {
         Entry entry = CurrentEntry(zip.get());
         if (!entry.name.starts_with(folder) || entry.name.ends_with('/')) continue;
         entry.name.erase(0, folder.size());
@@ -131,7 +132,8 @@ Ogre::FileInfoListPtr VerranoResourceArchive::listFileInfo(bool recursive, bool 
 Ogre::StringVectorPtr VerranoResourceArchive::find(const Ogre::String& pattern, bool recursive,
                                                    bool dirs) const {
     auto names = std::make_shared<Ogre::StringVector>();
-    forEachMatch(pattern, recursive, dirs, [&](const Entry& entry) { names->push_back(entry.name); });
+    forEachMatch(pattern, recursive, dirs,
+                 [&](const Entry& entry) { names->push_back(entry.name); });
     return names;
 }
 
@@ -141,8 +143,8 @@ bool VerranoResourceArchive::exists(const Ogre::String& fileName) const {
 
 time_t VerranoResourceArchive::getModifiedTime(const Ogre::String&) const { return 0; }
 
-Ogre::FileInfoListPtr VerranoResourceArchive::findFileInfo(const Ogre::String& pattern, bool recursive,
-                                                           bool dirs) const {
+Ogre::FileInfoListPtr VerranoResourceArchive::findFileInfo(const Ogre::String& pattern,
+                                                           bool recursive, bool dirs) const {
     auto infos = std::make_shared<Ogre::FileInfoList>();
     forEachMatch(pattern, recursive, dirs,
                  [&](const Entry& entry) { infos->push_back(ToFileInfo(this, entry)); });
@@ -156,7 +158,8 @@ const Ogre::String& VerranoResourceArchiveFactory::getType() const {
     return type;
 }
 
-Ogre::Archive* VerranoResourceArchiveFactory::createInstance(const Ogre::String& location, bool readOnly) {
+Ogre::Archive* VerranoResourceArchiveFactory::createInstance(const Ogre::String& location,
+                                                             bool readOnly) {
     return readOnly ? new VerranoResourceArchive(location, getType()) : nullptr;
 }
 

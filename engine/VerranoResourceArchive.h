@@ -9,12 +9,12 @@
 
 namespace vrn::visual {
 
-/// A folder of the suite's resource package as an Ogre archive. Its names are "resource://" URIs; names
-/// without that scheme are relative to the archive's location ("resource://material").
+/// A folder of the suite's resource package as an Ogre archive. Its names are "resource://" URIs;
+/// names without that scheme are relative to the archive's location ("resource://material").
 ///
-/// Read-only. Files are found by find and findFileInfo, which match the pattern against the full URI and
-/// answer names relative to the location; a missing package is an empty archive. Each search opens the
-/// package anew, which happens only during start-up. Thread: render.
+/// Read-only. Files are found by find and findFileInfo, which match the pattern against the full
+/// URI and answer names relative to the location; a missing package is an empty archive. Each
+/// search opens the package anew, which happens only during start-up. Thread: render.
 class VRN_VISUAL_API VerranoResourceArchive : public Ogre::Archive {
 public:
     VerranoResourceArchive(const Ogre::String& location, const Ogre::String& archiveType);
@@ -32,9 +32,10 @@ public:
     /// Always empty: the engine searches through find and findFileInfo.
     Ogre::StringVectorPtr list(bool recursive, bool dirs) const override;
     Ogre::FileInfoListPtr listFileInfo(bool recursive, bool dirs) const override;
-    /// Without `recursive` only files directly in the location; with `dirs` nothing, since the package
-    /// knows no folders. Never null.
-    Ogre::StringVectorPtr find(const Ogre::String& pattern, bool recursive, bool dirs) const override;
+    /// Without `recursive` only files directly in the location; with `dirs` nothing, since the
+    /// package knows no folders. Never null.
+    Ogre::StringVectorPtr find(const Ogre::String& pattern, bool recursive,
+                               bool dirs) const override;
     bool exists(const Ogre::String& fileName) const override;
     /// Always 0.
     time_t getModifiedTime(const Ogre::String& fileName) const override;

@@ -4,10 +4,10 @@
 #include <format>
 #include <stdexcept>
 
-#include <gp_Quaternion.hxx>
-#include <gp_Trsf.hxx>
 #include <OgreException.h>
 #include <OgreRoot.h>
+#include <gp_Quaternion.hxx>
+#include <gp_Trsf.hxx>
 
 #include "engine/RenderEngine.h"
 #include "engine/Scene.h"
@@ -58,8 +58,8 @@ void ReleaseResources() {}
 rob::PoseTemplate<float> GP_Trsf2Posef(const gp_Trsf& transformation) {
     const gp_XYZ& p = transformation.TranslationPart();
     const gp_Quaternion q = transformation.GetRotation();
-    return rob::PoseTemplate<float>(rob::PoseTemplate<double>(
-        {p.X(), p.Y(), p.Z()}, {q.W(), q.X(), q.Y(), q.Z()}));
+    return rob::PoseTemplate<float>(
+        rob::PoseTemplate<double>({p.X(), p.Y(), p.Z()}, {q.W(), q.X(), q.Y(), q.Z()}));
 }
 
 }  // namespace vrn::visual

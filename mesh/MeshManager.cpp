@@ -73,8 +73,8 @@ void FillBuffers(UnfinishedOgreMesh& target, const Mesh& mesh, PutVertex putVert
 /// Null where there is nothing to enclose: Ogre asserts that finite bounds are in order.
 Ogre::AxisAlignedBox OgreBounds(const Box& box) {
     if (!box.isValid()) return Ogre::AxisAlignedBox::BOX_NULL;
-    // The engine takes sums and differences of corners, turns and scales them, and aborts on what overflows:
-    // from here on a mesh is taken to be everywhere.
+    // The engine takes sums and differences of corners, turns and scales them, and aborts on what
+    // overflows: from here on a mesh is taken to be everywhere.
     constexpr float farthest = 1e15f;
     const auto isFar = [](const auto& corner) {
         return std::max({std::abs(corner.x), std::abs(corner.y), std::abs(corner.z)}) > farthest;

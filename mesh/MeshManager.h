@@ -136,8 +136,7 @@ public:
     /// Forgets the shape meshes named `meshName`, alone or with numbers of hidden faces behind it,
     /// whatever their counts, but for those in `inUse`. For a body whose geometry changed under its
     /// name: hiding and showing faces leaves counts behind that would keep the old one.
-    void dropShapeMeshes(const std::string& meshName,
-                         const std::unordered_set<std::string>& inUse);
+    void dropShapeMeshes(const std::string& meshName, const std::unordered_set<std::string>& inUse);
 
     // ---- colours of bodies, as they are shown: these write to the vertices of the mesh and store
     // nothing. Solids that share a mesh share its colours. Without the mesh, or without colours in

@@ -71,9 +71,9 @@ public:
     /// setObjectEnabled for the subtree; sets the mark in any case.
     void setCompoundObjectEnabled(visual::Visual* visual, bool enabled);
 
-    /// Gives a solid whose visible faces changed a new object, detectable and enabled as the earlier
-    /// one; what hangs below the solid keeps its own. Throws std::out_of_range for a visual that is
-    /// not registered.
+    /// Gives a solid whose visible faces changed a new object, detectable and enabled as the
+    /// earlier one; what hangs below the solid keeps its own. Throws std::out_of_range for a visual
+    /// that is not registered.
     void updateShapeFaces(visual::SolidVisual* visual);
     /// Takes the visual out and deletes its objects, also those of a repeated registration. `dirty`
     /// is set in any case. Throws std::out_of_range for a visual that is not registered.

@@ -85,8 +85,8 @@ Camera::~Camera() {
 
 void Camera::setRenderTarget(Ogre::RenderTarget* target) {
     if (viewport) {
-        // A second viewport of the same depth order on one target would be refused, and a compositor chain
-        // must not outlive the viewport it hangs on.
+        // A second viewport of the same depth order on one target would be refused, and a
+        // compositor chain must not outlive the viewport it hangs on.
         Ogre::CompositorManager::getSingleton().removeCompositorChain(viewport);
         renderTarget->removeViewport(viewport->getZOrder());
         viewport = nullptr;
@@ -141,7 +141,8 @@ Rotation Camera::getWorldRotation() const {
 }
 
 void Camera::setWorldPosition(const Pos& position) {
-    RequireFinite(std::isfinite(position.x) && std::isfinite(position.y) && std::isfinite(position.z));
+    RequireFinite(std::isfinite(position.x) && std::isfinite(position.y) &&
+                  std::isfinite(position.z));
     node->_setDerivedPosition(ToOgre(position));
     node->_update(/*updateChildren=*/true, /*parentHasChanged=*/false);
     broker::SignalBroker::cameraMoved();
@@ -161,7 +162,8 @@ int Camera::viewportWidth() const { return viewport ? viewport->getActualWidth()
 
 int Camera::viewportHeight() const { return viewport ? viewport->getActualHeight() : 0; }
 
-void Camera::cameraToViewportRay(float x, float y, Pos& origin, rob::Vec3Template<float>& direction) const {
+void Camera::cameraToViewportRay(float x, float y, Pos& origin,
+                                 rob::Vec3Template<float>& direction) const {
     if (viewportWidth() <= 0 || viewportHeight() <= 0)
         throw std::logic_error("the camera has no render target to cast a ray from");
     const Ogre::Ray ray = camera->getCameraToViewportRay(x / static_cast<float>(viewportWidth()),
@@ -199,9 +201,13 @@ void Camera::postGesture(void (OrbitViewController::*gesture)(float, float, floa
     Scene::Get()->addRenderTask([=, this] { (controller.get()->*gesture)(a, b, c, d); }, 0);
 }
 
-void Camera::startRotating(float x, float y) { postGesture(&OrbitViewController::startRotating, x, y); }
+void Camera::startRotating(float x, float y) {
+    postGesture(&OrbitViewController::startRotating, x, y);
+}
 
-void Camera::rotateScene(float dx, float dy) { postGesture(&OrbitViewController::rotateScene, dx, dy); }
+void Camera::rotateScene(float dx, float dy) {
+    postGesture(&OrbitViewController::rotateScene, dx, dy);
+}
 
 void Camera::translateScene(float x, float y, float dx, float dy) {
     postGesture(&OrbitViewController::translateScene, x, y, dx, dy);

@@ -29,7 +29,8 @@ constexpr unsigned char overlayQueueGroup = 80;  // its depth is cleared first
 // In view space, where the shader takes it from; the camera's own planes do not cut it.
 const Ogre::Vector3 placeInView(0, 0, -800);
 
-// Of the shared meshes the shaft is 10 long and the head 3; in the corner a shorter shaft reads better.
+// Of the shared meshes the shaft is 10 long and the head 3; in the corner a shorter shaft reads
+// better.
 constexpr float shaftScale = 0.65f;
 constexpr float shaftLength = 10.0f * shaftScale;
 constexpr float letterDistance = 12.0f;
@@ -43,12 +44,15 @@ const std::array<Ogre::Vector4, 3> axisColours{Ogre::Vector4(0.86f, 0.24f, 0.22f
 
 // Turns the meshes, which lie along z, to the axis.
 Ogre::Quaternion TurnTo(GlobalFrame::Axis axis) {
-    if (axis == GlobalFrame::Axis::X) return {Ogre::Radian(Ogre::Math::HALF_PI), Ogre::Vector3::UNIT_Y};
-    if (axis == GlobalFrame::Axis::Y) return {Ogre::Radian(-Ogre::Math::HALF_PI), Ogre::Vector3::UNIT_X};
+    if (axis == GlobalFrame::Axis::X)
+        return {Ogre::Radian(Ogre::Math::HALF_PI), Ogre::Vector3::UNIT_Y};
+    if (axis == GlobalFrame::Axis::Y)
+        return {Ogre::Radian(-Ogre::Math::HALF_PI), Ogre::Vector3::UNIT_X};
     return Ogre::Quaternion::IDENTITY;
 }
 
-// A mesh of the same triangles that is never culled: the scene's place of the frame is not where it shows.
+// A mesh of the same triangles that is never culled: the scene's place of the frame is not where it
+// shows.
 std::string UnculledMesh(const std::string& mesh) {
     const std::string name = "GlobalFrame_" + mesh;
     auto& meshes = Ogre::MeshManager::getSingleton();
@@ -63,7 +67,8 @@ std::string LetterMeshName(GlobalFrame::Axis axis) {
     return std::string("GlobalFrameLetter") + axisNames[static_cast<std::size_t>(axis)];
 }
 
-void SetCustomUniformForNode(Ogre::SceneNode* node, std::size_t parameter, const Ogre::Vector4& value) {
+void SetCustomUniformForNode(Ogre::SceneNode* node, std::size_t parameter,
+                             const Ogre::Vector4& value) {
     for (Ogre::MovableObject* object : node->getAttachedObjects()) {
         auto* entity = static_cast<Ogre::Entity*>(object);
         for (std::size_t i = 0; i < entity->getNumSubEntities(); ++i)
@@ -73,8 +78,10 @@ void SetCustomUniformForNode(Ogre::SceneNode* node, std::size_t parameter, const
         SetCustomUniformForNode(static_cast<Ogre::SceneNode*>(child), parameter, value);
 }
 
-// Several cameras have axes each, and node names are unique in a scene: a taken one is left to the engine.
-Ogre::SceneNode* CreateNode(Ogre::SceneNode* parent, const std::string& name, const Ogre::Vector3& position) {
+// Several cameras have axes each, and node names are unique in a scene: a taken one is left to the
+// engine.
+Ogre::SceneNode* CreateNode(Ogre::SceneNode* parent, const std::string& name,
+                            const Ogre::Vector3& position) {
     if (parent->getCreator()->hasSceneNode(name)) return parent->createChildSceneNode(position);
     return parent->createChildSceneNode(name, position);
 }
@@ -98,7 +105,8 @@ public:
         frame->node->setVisible(true);
         frame->node->setPosition(placeInView);
         frame->node->setOrientation(camera->getRealOrientation().Inverse());
-        // The letters' parents would else still stand as in the picture before, and the letters askew.
+        // The letters' parents would else still stand as in the picture before, and the letters
+        // askew.
         frame->node->_update(/*updateChildren=*/true, /*parentHasChanged=*/true);
         for (Ogre::SceneNode* letter : frame->letterNodes)
             letter->_setDerivedOrientation(Ogre::Quaternion::IDENTITY);
@@ -133,8 +141,8 @@ void GlobalFrame::createFrameNode(Axis axis) {
     Ogre::SceneNode* shaft = CreateNode(axisNode, name + "Shaft", Ogre::Vector3::ZERO);
     shaft->setScale(1, 1, shaftScale);
     attachMesh(shaft, UnculledMesh("frame_axis_x_shaft"), axis);
-    attachMesh(CreateNode(axisNode, name + "Head", {0, 0, shaftLength}), UnculledMesh("frame_axis_head"),
-               axis);
+    attachMesh(CreateNode(axisNode, name + "Head", {0, 0, shaftLength}),
+               UnculledMesh("frame_axis_head"), axis);
     createLetterMesh(axis);
     Ogre::SceneNode* letter = CreateNode(axisNode, name + "Letter", {0, 0, letterDistance});
     attachMesh(letter, UnculledMesh(LetterMeshName(axis)), axis);
@@ -174,7 +182,8 @@ void GlobalFrame::showCenter(float xPx, float yPx) {
 
 void GlobalFrame::setScale(float newScale) {
     if (!(scale > 0)) return;
-    if (!std::isfinite(newScale)) throw std::invalid_argument("the scale of the axes must be finite");
+    if (!std::isfinite(newScale))
+        throw std::invalid_argument("the scale of the axes must be finite");
     scale = newScale;
     // From the stored centre each time, so that a repeated call changes nothing.
     showCenter(center.x * scale, center.y * scale);

@@ -14,7 +14,8 @@ namespace {
 
 constexpr const char* lineMaterial = "VertexColor";
 
-// Quiet against the grey ground of the viewport: a scale to read distances by, not a thing to look at.
+// Quiet against the grey ground of the viewport: a scale to read distances by, not a thing to look
+// at.
 const Ogre::ColourValue lineColour(0.53f, 0.53f, 0.54f);
 const Ogre::ColourValue axisXColour(0.70f, 0.36f, 0.36f);
 const Ogre::ColourValue axisYColour(0.38f, 0.62f, 0.38f);

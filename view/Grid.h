@@ -14,15 +14,15 @@ namespace vrn::visual {
 class Scene;
 class Visual;
 
-/// The ground grid: lines through the origin in both directions of a plane, the two axes in colours of
-/// their own. Lives as long as the scene. Thread: render.
+/// The ground grid: lines through the origin in both directions of a plane, the two axes in colours
+/// of their own. Lives as long as the scene. Thread: render.
 class VRN_VISUAL_API Grid {
 public:
     /// The axis that the grid's plane is normal to.
     enum class NormalDir : std::int32_t { X = 0, Y = 1, Z = 2 };
 
-    /// `cells` squares of `cellSize` model units in each direction; 0 of either draws the axes' crossing
-    /// point at most.
+    /// `cells` squares of `cellSize` model units in each direction; 0 of either draws the axes'
+    /// crossing point at most.
     Grid(Scene* scene, unsigned cells, unsigned cellSize);
     Grid(const Grid&) = delete;
     Grid& operator=(const Grid&) = delete;

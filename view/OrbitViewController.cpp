@@ -16,7 +16,8 @@ using Pos = rob::PosTemplate<float>;
 using Vec = rob::Vec3Template<float>;
 
 constexpr float radiansPerPixel = 0.004f;
-constexpr float steepEnough = 0.1f;       // least vertical part of a ray that is taken down to the ground
+constexpr float steepEnough =
+    0.1f;  // least vertical part of a ray that is taken down to the ground
 constexpr float rotateDistance = 100.0f;  // pivot along a ray that is not
 constexpr float zoomDistance = 5000.0f;
 constexpr float zoomStepBase = 80.0f;

@@ -26,9 +26,9 @@ using Pos = rob::PosTemplate<float>;
 using Rotation = rob::RotationTemplate<float>;
 using Pose = rob::PoseTemplate<float>;
 
-constexpr std::array copiedTypes{VisualType::Manipulator, VisualType::Tool,  VisualType::Link,
-                                 VisualType::Assembly,    VisualType::Part,  VisualType::Solid,
-                                 VisualType::Curve,       VisualType::Mesh,  VisualType::Frame};
+constexpr std::array copiedTypes{VisualType::Manipulator, VisualType::Tool, VisualType::Link,
+                                 VisualType::Assembly,    VisualType::Part, VisualType::Solid,
+                                 VisualType::Curve,       VisualType::Mesh, VisualType::Frame};
 
 std::uint32_t TransientId() { return sdf::SdfManager::GenerateTransientId(); }
 
@@ -36,8 +36,8 @@ Ogre::Vector3 ToOgre(const Pos& p) { return {p.x, p.y, p.z}; }
 Pos FromOgre(const Ogre::Vector3& v) { return {v.x, v.y, v.z}; }
 Rotation FromOgre(const Ogre::Quaternion& q) { return {q.w, q.x, q.y, q.z}; }
 
-// A zero quaternion would turn the node into NaN: it counts as no turn. In double, where the squares of no
-// float overflow or vanish.
+// A zero quaternion would turn the node into NaN: it counts as no turn. In double, where the
+// squares of no float overflow or vanish.
 Ogre::Quaternion ToOgre(const Rotation& r) {
     const double w = r.w, x = r.x, y = r.y, z = r.z;
     const double length = std::sqrt(w * w + x * x + y * y + z * z);
@@ -46,7 +46,9 @@ Ogre::Quaternion ToOgre(const Rotation& r) {
     return {unit(w), unit(x), unit(y), unit(z)};
 }
 
-bool IsFinite(const Pos& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
+bool IsFinite(const Pos& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
 bool IsFinite(const Rotation& r) {
     return std::isfinite(r.w) && std::isfinite(r.x) && std::isfinite(r.y) && std::isfinite(r.z);
 }
@@ -125,7 +127,8 @@ Visual::Visual(sdf::SdfNode* modelNode, Visual* parent)
 }
 
 Visual::~Visual() {
-    // The scene manager's root node is not ours to destroy; the world visual lives as long as the process.
+    // The scene manager's root node is not ours to destroy; the world visual lives as long as the
+    // process.
     if (node->getParent()) node->getParent()->removeChild(node);
     if (type != VisualType::Root) node->getCreator()->destroySceneNode(node);
 }
@@ -215,7 +218,8 @@ void Visual::attachVisual(Visual* child) {
     if (IsOrHangsUnder(node, child->node))
         throw std::invalid_argument(
             std::format("attachVisual: \"{}\" cannot hang under itself", child->getName()));
-    if (Ogre::SceneNode* former = child->node->getParentSceneNode()) former->removeChild(child->node);
+    if (Ogre::SceneNode* former = child->node->getParentSceneNode())
+        former->removeChild(child->node);
     node->addChild(child->node);
     child->markDirty();
 }
@@ -289,7 +293,8 @@ void Visual::setPosition(float x, float y, float z) { setPosition(Pos{x, y, z});
 Pos Visual::getPosition() const { return FromOgre(node->getPosition()); }
 
 void Visual::setWorldPosition(const Pos& position) {
-    if (!node->getParent()) return setPosition(position);  // the engine's own setter would do nothing
+    if (!node->getParent())
+        return setPosition(position);  // the engine's own setter would do nothing
     checkMovable(IsFinite(position));
     node->_setDerivedPosition(ToOgre(position));
     markDirty();
@@ -341,11 +346,14 @@ bool Visual::hasAttachedObject(const std::string& objectName) const {
     return false;
 }
 
-const std::string& Visual::getName() const { return sharedName.empty() ? node->getName() : sharedName; }
+const std::string& Visual::getName() const {
+    return sharedName.empty() ? node->getName() : sharedName;
+}
 
 void Visual::setMaterial(const std::string& normal, const std::string& selected,
                          const std::string& highlighted) {
-    // Copied before anything is stored: an argument may be a name of this visual or of one below it.
+    // Copied before anything is stored: an argument may be a name of this visual or of one below
+    // it.
     const std::array names{normal, selected, highlighted};
     material = names[0];
     selectedMaterial = names[1];

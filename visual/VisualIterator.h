@@ -12,9 +12,9 @@ namespace vrn::visual {
 ///
 ///     for (VisualIterator it(part, /*includeAttached=*/false); it.next();) use(it.value());
 ///
-/// Children that are attached or stop walks are left out, with all below them, unless the flag asks for
-/// them. next() notes the children of the visual it moves to: the tree must not lose any of them before
-/// they are reached. Thread: render.
+/// Children that are attached or stop walks are left out, with all below them, unless the flag asks
+/// for them. next() notes the children of the visual it moves to: the tree must not lose any of
+/// them before they are reached. Thread: render.
 class VRN_VISUAL_API VisualIterator {
 public:
     /// A null `start` gives an empty walk.
@@ -31,15 +31,16 @@ private:
     bool includeAttached;
 };
 
-/// The same walk over several starting visuals, taking every child. `Node` needs getChildren(). A null start
-/// gives nothing.
+/// The same walk over several starting visuals, taking every child. `Node` needs getChildren(). A
+/// null start gives nothing.
 template <class Node>
 class ForestIterator {
 public:
     explicit ForestIterator(Node* start) {
         if (start) pending.push_back(start);
     }
-    explicit ForestIterator(const std::vector<Node*>& starts) : pending(starts.begin(), starts.end()) {
+    explicit ForestIterator(const std::vector<Node*>& starts)
+        : pending(starts.begin(), starts.end()) {
         std::erase(pending, nullptr);
     }
 

@@ -51,7 +51,8 @@ void VisualStateManager::refresh(Visual* visual) {
     const bool hasRecord = found != states.end();
     if (hasRecord) show(visual, found->second);
     if (states.size() == (hasRecord ? 1u : 0u)) return;  // nothing below has a state
-    showBelow(visual, hasRecord ? Inherited(pickTopLayer(found->second.mask)) : VisualStateLayer::None);
+    showBelow(visual,
+              hasRecord ? Inherited(pickTopLayer(found->second.mask)) : VisualStateLayer::None);
 }
 
 // `above` is what the visuals on the way down have been given to show.
@@ -72,18 +73,25 @@ void VisualStateManager::showBelow(const Visual* visual, VisualStateLayer above)
 
 void VisualStateManager::show(Visual* visual, const LayerState& state) {
     switch (pickTopLayer(state.mask)) {
-        case VisualStateLayer::Selected: return visual->setSelected();
-        case VisualStateLayer::Highlighted: return visual->setHighlighted();
-        case VisualStateLayer::Contact: return visual->useMaterial("CollisionContact");
-        case VisualStateLayer::NearMiss: return visual->useMaterial("CollisionNearMiss");
-        case VisualStateLayer::EmphasizeGroupA: return visual->useMaterial("EmphasizeCollisionGroupA");
-        case VisualStateLayer::EmphasizeGroupB: return visual->useMaterial("EmphasizeCollisionGroupB");
+        case VisualStateLayer::Selected:
+            return visual->setSelected();
+        case VisualStateLayer::Highlighted:
+            return visual->setHighlighted();
+        case VisualStateLayer::Contact:
+            return visual->useMaterial("CollisionContact");
+        case VisualStateLayer::NearMiss:
+            return visual->useMaterial("CollisionNearMiss");
+        case VisualStateLayer::EmphasizeGroupA:
+            return visual->useMaterial("EmphasizeCollisionGroupA");
+        case VisualStateLayer::EmphasizeGroupB:
+            return visual->useMaterial("EmphasizeCollisionGroupB");
         case VisualStateLayer::Material: {
             const auto name = state.materials.find(VisualStateLayer::Material);
             if (name != state.materials.end()) return visual->useMaterial(name->second);
             return visual->resetAppearance();
         }
-        case VisualStateLayer::None: return visual->resetAppearance();
+        case VisualStateLayer::None:
+            return visual->resetAppearance();
     }
 }
 

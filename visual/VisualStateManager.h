@@ -22,8 +22,9 @@ enum class VisualStateLayer : std::uint32_t {
     Selected = 64,        ///< Visual::setSelected
 };
 
-/// Keeps the states of each visual and shows the one that matters most, so that selection, highlight and
-/// collision do not fight over the material. A record exists only while it says something.
+/// Keeps the states of each visual and shows the one that matters most, so that selection,
+/// highlight and collision do not fight over the material. A record exists only while it says
+/// something.
 ///
 ///     manager.setLayer(body, VisualStateLayer::Contact, true, "");
 ///     manager.refresh(body);  // setLayer alone shows nothing
@@ -33,9 +34,9 @@ class VRN_VISUAL_API VisualStateManager {
 public:
     /// `name` is the material of the layer; an empty one keeps the name given before.
     void setLayer(Visual* visual, VisualStateLayer layer, bool on, const std::string& name);
-    /// Undoes the look so far, also without a record, then shows the top layer. The looks of a compound go
-    /// down to its bodies: what stands below in a state of its own is shown in that again, unless the compound
-    /// is itself selected or highlighted and that matters more.
+    /// Undoes the look so far, also without a record, then shows the top layer. The looks of a
+    /// compound go down to its bodies: what stands below in a state of its own is shown in that
+    /// again, unless the compound is itself selected or highlighted and that matters more.
     void refresh(Visual* visual);
     [[nodiscard]] bool hasLayer(const Visual* visual, VisualStateLayer layer) const;
     /// Takes a layer from all visuals and refreshes each that had it.
@@ -43,8 +44,8 @@ public:
     /// Drops the record; for a visual that is about to die.
     void remove(const Visual* visual);
 
-    /// Selected, Highlighted, Contact, NearMiss, EmphasizeGroupA, EmphasizeGroupB, Material: the first of
-    /// these in the mask, None for an empty one. Thread: pure.
+    /// Selected, Highlighted, Contact, NearMiss, EmphasizeGroupA, EmphasizeGroupB, Material: the
+    /// first of these in the mask, None for an empty one. Thread: pure.
     [[nodiscard]] static VisualStateLayer pickTopLayer(unsigned int mask);
 
 private:

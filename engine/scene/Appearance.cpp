@@ -11,9 +11,9 @@
 #include "suite/task/DataItem.h"
 #include "suite/task/Operation.h"
 #include "suite/task/Task.h"
-#include "visual/VisualIterator.h"
 #include "visual/geometry/FacetVisual.h"
 #include "visual/geometry/PointCloudVisual.h"
+#include "visual/VisualIterator.h"
 
 namespace vrn::visual {
 
@@ -78,7 +78,8 @@ void Scene::clearHighlightedBody() {
 bool Scene::isSelected(const Visual* visual) const {
     if (selectedVisuals.empty()) return false;
     for (const Visual* v = visual; v; v = v->getParent()) {
-        if (std::find(selectedVisuals.begin(), selectedVisuals.end(), v->id) != selectedVisuals.end())
+        if (std::find(selectedVisuals.begin(), selectedVisuals.end(), v->id) !=
+            selectedVisuals.end())
             return true;
         if (v->isTopLevel()) return false;
     }
@@ -163,7 +164,8 @@ void Scene::doClearSelectedVisuals() {
     }
 }
 
-void Scene::doSetLayer(Visual* visual, VisualStateLayer layer, bool on, const std::string& materialName) {
+void Scene::doSetLayer(Visual* visual, VisualStateLayer layer, bool on,
+                       const std::string& materialName) {
     stateManager->setLayer(visual, layer, on, materialName);
     stateManager->refresh(visual);
 }

@@ -26,9 +26,8 @@ EdgeVisual* FindEdge(const Visual* owner, const TopoDS_Edge& edge, Admits admits
 }
 
 EdgeVisual* FindGeneratedEdge(const Visual* owner, const TopoDS_Edge& edge) {
-    return FindEdge(owner, edge, [](const Visual* visual) {
-        return visual->type == VisualType::GeneratedEdge;
-    });
+    return FindEdge(owner, edge,
+                    [](const Visual* visual) { return visual->type == VisualType::GeneratedEdge; });
 }
 
 }  // namespace

@@ -62,10 +62,10 @@ void Scene::highlightFace(SolidVisual* solid, unsigned int index) {
 
 void Scene::clearHighlightedFace() {
     if (highlightedFace.isNull()) return;
-    PostToSolid(*this, highlightedFace.solid, [index = highlightedFace.faceIndex](
-                                                  SolidVisual* present) {
-        present->clearHighLightFace(index);
-    });
+    PostToSolid(*this, highlightedFace.solid,
+                [index = highlightedFace.faceIndex](SolidVisual* present) {
+                    present->clearHighLightFace(index);
+                });
     highlightedFace.clear();
 }
 
@@ -97,8 +97,7 @@ void Scene::clearSelectedFace(std::uint32_t id, unsigned int index) {
     clearHighlightedVisual();
     SolidVisual* solid = AsSolid(visuals.at(id));
     if (!solid || std::erase(selectedFaces, VisFace{solid, index}) == 0) return;
-    PostToSolid(*this, solid,
-                [index](SolidVisual* present) { present->clearSelectedFace(index); });
+    PostToSolid(*this, solid, [index](SolidVisual* present) { present->clearSelectedFace(index); });
 }
 
 void Scene::clearSelectedFaces() {

@@ -16,7 +16,8 @@ using Pose = rob::PoseTemplate<float>;
 
 Pose Inverse(const Pose& pose) {
     const auto back = pose.rotation.inverse();
-    return {back * rob::PosTemplate<float>(-pose.position.x, -pose.position.y, -pose.position.z), back};
+    return {back * rob::PosTemplate<float>(-pose.position.x, -pose.position.y, -pose.position.z),
+            back};
 }
 
 Pose Compose(const Pose& a, const Pose& b) {
@@ -44,10 +45,11 @@ void Scene::setVisualWorldPose(Visual* visual, const Pose& pose) {
 void Scene::setVisualsOrientations(const std::vector<std::uint32_t>& ids,
                                    const std::vector<rob::OrientTemplate<double>>& orientations) {
     if (ids.size() != orientations.size())
-        throw std::invalid_argument(
-            std::format("{} ids need as many orientations, not {}", ids.size(), orientations.size()));
+        throw std::invalid_argument(std::format("{} ids need as many orientations, not {}",
+                                                ids.size(), orientations.size()));
     post([this, ids, orientations] {
-        for (std::size_t i = 0; i < ids.size(); ++i) visuals.at(ids[i])->setOrientation(orientations[i]);
+        for (std::size_t i = 0; i < ids.size(); ++i)
+            visuals.at(ids[i])->setOrientation(orientations[i]);
     });
 }
 
@@ -58,7 +60,8 @@ void Scene::setLocalOrigin(std::uint32_t id, const Pose& oldOrigin, const Pose& 
 void Scene::doSetLocalOrigin(std::uint32_t id, const Pose& oldOrigin, const Pose& newOrigin) {
     Visual* visual = visuals.at(id);
     const Pose compensation = Compose(Inverse(newOrigin), oldOrigin);
-    for (Visual* child : visual->getChildren()) child->setPose(Compose(compensation, child->getPose()));
+    for (Visual* child : visual->getChildren())
+        child->setPose(Compose(compensation, child->getPose()));
     visual->setWorldPose(newOrigin);
 }
 

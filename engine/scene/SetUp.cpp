@@ -55,7 +55,8 @@ struct InstanceManagerEntry {
 };
 
 constexpr std::array instanceManagerTable{
-    InstanceManagerEntry{"VRN_FrameInstanceManager", "VRN_FrameInstanceManager", "VRN_FrameMesh", 5000},
+    InstanceManagerEntry{"VRN_FrameInstanceManager", "VRN_FrameInstanceManager", "VRN_FrameMesh",
+                         5000},
     InstanceManagerEntry{"InstanceRobTargetHighlight", "RobTargetHighlight", "VRN_FrameMesh", 5000},
     InstanceManagerEntry{"InstanceRobTargetSelected", "RobTargetSelected", "VRN_FrameMesh", 5000},
     InstanceManagerEntry{"InstancePathArrow", "PathArrow", "path_arrow_head", 500},
@@ -162,10 +163,9 @@ void Scene::setBorderHighlightEnabled(bool on) {
     }
     Ogre::Viewport* viewport = gCamera->viewport;
     // A host's own compositor makes a chain without ours.
-    const bool present =
-        compositors.hasCompositorChain(viewport) &&
-        compositors.getCompositorChain(viewport)->getCompositorPosition(borderHighlight) !=
-            Ogre::CompositorChain::NPOS;
+    const bool present = compositors.hasCompositorChain(viewport) &&
+                         compositors.getCompositorChain(viewport)->getCompositorPosition(
+                             borderHighlight) != Ogre::CompositorChain::NPOS;
     if (!present) {
         AppLogger::inst()->trace(std::format("addCompositor: {}", borderHighlight));
         // Null when the graphics card supports none of its techniques; Ogre has logged why.

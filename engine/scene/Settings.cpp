@@ -9,25 +9,29 @@
 #include "engine/Scene.h"
 #include "view/Camera.h"
 #include "view/Grid.h"
-#include "visual/VisualIterator.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/station/InstanceFrameVisual.h"
 #include "visual/station/WObjVisual.h"
+#include "visual/VisualIterator.h"
 
 namespace vrn::visual {
 
 namespace {
 
-// Where the size of a kind of frame is remembered; null for kinds that have none. Tcp frames share the setting of
-// plain frames here, joint targets that of robot targets; their own are only read.
+// Where the size of a kind of frame is remembered; null for kinds that have none. Tcp frames share
+// the setting of plain frames here, joint targets that of robot targets; their own are only read.
 std::int32_t* SizeSetting(SceneSettings& settings, VisualType type) {
     switch (type) {
         case VisualType::Frame:
-        case VisualType::Tcp: return &settings.frameSize;
+        case VisualType::Tcp:
+            return &settings.frameSize;
         case VisualType::RobTarget:
-        case VisualType::JointTarget: return &settings.robTargetFrameSize;
-        case VisualType::WObj: return &settings.wobjFrameSize;
-        default: return nullptr;
+        case VisualType::JointTarget:
+            return &settings.robTargetFrameSize;
+        case VisualType::WObj:
+            return &settings.wobjFrameSize;
+        default:
+            return nullptr;
     }
 }
 

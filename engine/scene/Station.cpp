@@ -13,7 +13,6 @@
 #include "suite/smart/StationLogic.h"
 #include "suite/task/Task.h"
 #include "view/Camera.h"
-#include "visual/Visual.h"
 #include "visual/geometry/PointCloudVisual.h"
 #include "visual/station/AssemblyVisual.h"
 #include "visual/station/DeviceVisual.h"
@@ -22,6 +21,7 @@
 #include "visual/station/PartVisual.h"
 #include "visual/station/ToolVisual.h"
 #include "visual/station/UserComponentVisual.h"
+#include "visual/Visual.h"
 
 namespace vrn::visual {
 
@@ -54,7 +54,8 @@ Visual* Scene::resolveParentVisual(const sdf::SdfNode* modelNode) const {
 void Scene::LoadStation() {
     post([this] { doLoadStation(); });
     // Posted behind the load, so that the visuals exist when these run.
-    for (const std::uint32_t id : layout::Layout::inst()->visibilities()) setVisualVisible(id, false);
+    for (const std::uint32_t id : layout::Layout::inst()->visibilities())
+        setVisualVisible(id, false);
 }
 
 void Scene::doLoadStation() {
@@ -96,9 +97,12 @@ void Scene::buildMechanism(sdf::SdfNode* modelNode, bool buildChildren) {
     switch (modelNode->objectType) {
         case sdf::ObjectType::Manipulator:
             return ManipulatorVisual::Build(parent, modelNode, buildChildren);
-        case sdf::ObjectType::Tool: return ToolVisual::Build(parent, modelNode, buildChildren);
-        case sdf::ObjectType::Device: return DeviceVisual::Build(parent, modelNode, buildChildren);
-        default: return;
+        case sdf::ObjectType::Tool:
+            return ToolVisual::Build(parent, modelNode, buildChildren);
+        case sdf::ObjectType::Device:
+            return DeviceVisual::Build(parent, modelNode, buildChildren);
+        default:
+            return;
     }
 }
 

@@ -16,16 +16,17 @@ namespace {
 using sdf::ObjectType;
 
 // Kinds whose picking goes with all that hangs below them.
-constexpr std::array compoundTypes{VisualType::Manipulator, VisualType::Tool, VisualType::Device,
-                                   VisualType::Link,        VisualType::Assembly,
-                                   VisualType::Part,        VisualType::Path,
-                                   VisualType::MoveInstruction, VisualType::WObj};
+constexpr std::array compoundTypes{
+    VisualType::Manipulator, VisualType::Tool, VisualType::Device, VisualType::Link,
+    VisualType::Assembly,    VisualType::Part, VisualType::Path,   VisualType::MoveInstruction,
+    VisualType::WObj};
 
 // The path ids of those operations that have a path.
 void CollectPathOpPathIds(const std::vector<std::uint32_t>& operationIds,
                           std::vector<std::uint32_t>& pathIds) {
     for (const std::uint32_t id : operationIds) {
-        const auto* operation = dynamic_cast<task::PathOperation*>(sdf::SdfManager::inst()->find(id));
+        const auto* operation =
+            dynamic_cast<task::PathOperation*>(sdf::SdfManager::inst()->find(id));
         if (operation && operation->hasPath()) pathIds.push_back(operation->getPathId());
     }
 }
@@ -40,9 +41,9 @@ std::vector<std::uint32_t> PathsOfGroupContainer(const sdf::SdfContainer& contai
     std::vector<std::uint32_t> pathIds;
     CollectPathOpPathIds(container.getObjChildren(ObjectType::SinglePathOperation), pathIds);
     for (const std::uint32_t groupId : container.getObjChildren(ObjectType::PathGroup)) {
-        const auto* group = dynamic_cast<sdf::SdfContainer*>(sdf::SdfManager::inst()->find(groupId));
-        if (group)
-            CollectPathOpPathIds(group->getObjChildren(ObjectType::PathOperation), pathIds);
+        const auto* group =
+            dynamic_cast<sdf::SdfContainer*>(sdf::SdfManager::inst()->find(groupId));
+        if (group) CollectPathOpPathIds(group->getObjChildren(ObjectType::PathOperation), pathIds);
     }
     return pathIds;
 }
@@ -56,7 +57,8 @@ void Scene::setVisualVisible(std::uint32_t id, bool show) {
     switch (object->objectType) {
         case ObjectType::PathGroup:
             if (container)
-                for (const std::uint32_t path : PathsOfGroup(*container)) setVisualVisible(path, show);
+                for (const std::uint32_t path : PathsOfGroup(*container))
+                    setVisualVisible(path, show);
             return;
         case ObjectType::SinglePathOperation:
         case ObjectType::ProcessPathOperation: {
@@ -70,7 +72,8 @@ void Scene::setVisualVisible(std::uint32_t id, bool show) {
                 for (const std::uint32_t path : PathsOfGroupContainer(*container))
                     setVisualVisible(path, show);
             return;
-        default: post([this, id, show] { doSetVisualVisible(id, show); });
+        default:
+            post([this, id, show] { doSetVisualVisible(id, show); });
     }
 }
 

@@ -16,10 +16,14 @@ struct RotationTemplate {
     constexpr RotationTemplate(T wIn, T xIn, T yIn, T zIn) : w(wIn), x(xIn), y(yIn), z(zIn) {}
     template <class U>
     constexpr explicit RotationTemplate(const RotationTemplate<U>& o)
-        : w(static_cast<T>(o.w)), x(static_cast<T>(o.x)), y(static_cast<T>(o.y)), z(static_cast<T>(o.z)) {}
+        : w(static_cast<T>(o.w)),
+          x(static_cast<T>(o.x)),
+          y(static_cast<T>(o.y)),
+          z(static_cast<T>(o.z)) {}
 
     /// By `angle` radians about `axis`, which the caller promises to be of unit length.
-    RotationTemplate(T angle, const DirTemplate<T>& axis) : RotationTemplate(angle, axis.asVec3()) {}
+    RotationTemplate(T angle, const DirTemplate<T>& axis)
+        : RotationTemplate(angle, axis.asVec3()) {}
     RotationTemplate(T angle, const Vec3Template<T>& axis) {
         const T s = std::sin(angle / 2);
         w = std::cos(angle / 2);
@@ -31,11 +35,12 @@ struct RotationTemplate {
     /// By `a` about x, then `b` about y, then `c` about z, all fixed axes, in radians.
     RotationTemplate(T a, T b, T c) {
         using V = Vec3Template<T>;
-        *this = RotationTemplate(c, V{0, 0, 1}) * RotationTemplate(b, V{0, 1, 0}) * RotationTemplate(a, V{1, 0, 0});
+        *this = RotationTemplate(c, V{0, 0, 1}) * RotationTemplate(b, V{0, 1, 0}) *
+                RotationTemplate(a, V{1, 0, 0});
     }
 
-    /// The shortest turn that takes `from` to `to`; a half turn about some perpendicular axis when they are
-    /// opposite. Throws std::overflow_error for a zero vector.
+    /// The shortest turn that takes `from` to `to`; a half turn about some perpendicular axis when
+    /// they are opposite. Throws std::overflow_error for a zero vector.
     static RotationTemplate From2Dirs(const Vec3Template<T>& from, const Vec3Template<T>& to) {
         const Vec3Template<T> a = from.normalized(), b = to.normalized();
         const T cosine = a.dot(b);
@@ -96,11 +101,15 @@ struct RotationTemplate {
         return close(T(1)) || close(T(-1));
     }
 
-    friend constexpr RotationTemplate operator*(const RotationTemplate& a, const RotationTemplate& b) {
-        return {a.w * b.w - a.x * b.x - a.y * b.y - a.z * b.z, a.w * b.x + a.x * b.w + a.y * b.z - a.z * b.y,
-                a.w * b.y - a.x * b.z + a.y * b.w + a.z * b.x, a.w * b.z + a.x * b.y - a.y * b.x + a.z * b.w};
+    friend constexpr RotationTemplate operator*(const RotationTemplate& a,
+                                                const RotationTemplate& b) {
+        return {a.w * b.w - a.x * b.x - a.y * b.y - a.z * b.z,
+                a.w * b.x + a.x * b.w + a.y * b.z - a.z * b.y,
+                a.w * b.y - a.x * b.z + a.y * b.w + a.z * b.x,
+                a.w * b.z + a.x * b.y - a.y * b.x + a.z * b.w};
     }
-    friend constexpr Vec3Template<T> operator*(const RotationTemplate& q, const Vec3Template<T>& v) {
+    friend constexpr Vec3Template<T> operator*(const RotationTemplate& q,
+                                               const Vec3Template<T>& v) {
         return q.rotated(v);
     }
     friend constexpr DirTemplate<T> operator*(const RotationTemplate& q, const DirTemplate<T>& d) {
@@ -127,10 +136,12 @@ struct PoseTemplate {
     RotationTemplate<T> rotation{};
 
     constexpr PoseTemplate() = default;
-    constexpr PoseTemplate(const PosTemplate<T>& p, const RotationTemplate<T>& r) : position(p), rotation(r) {}
+    constexpr PoseTemplate(const PosTemplate<T>& p, const RotationTemplate<T>& r)
+        : position(p), rotation(r) {}
     /// Plain narrowing or widening, component by component.
     template <class U>
-    constexpr explicit PoseTemplate(const PoseTemplate<U>& o) : position(o.position), rotation(o.rotation) {}
+    constexpr explicit PoseTemplate(const PoseTemplate<U>& o)
+        : position(o.position), rotation(o.rotation) {}
 
     friend bool operator==(const PoseTemplate&, const PoseTemplate&) = default;
 };

@@ -15,7 +15,9 @@ struct LineTemplate {
     [[nodiscard]] bool isEmpty() const { return !(static_cast<double>(getLength()) > zeroLength); }
     [[nodiscard]] T getLength() const { return (end - start).length(); }
     /// Unit vector from start to end. Throws std::overflow_error for an empty line.
-    [[nodiscard]] DirTemplate<T> getDirection() const { return DirTemplate<T>((end - start).normalized()); }
+    [[nodiscard]] DirTemplate<T> getDirection() const {
+        return DirTemplate<T>((end - start).normalized());
+    }
     [[nodiscard]] LineTemplate transformed(const PoseTemplate<T>& pose) const {
         return {TransformPoint(pose, start), TransformPoint(pose, end)};
     }
@@ -36,7 +38,8 @@ struct TriangleTemplate {
 class TPCircle {
 public:
     /// Throws std::overflow_error if two of the points coincide or all three lie on one line.
-    TPCircle(const PosTemplate<float>& first, const PosTemplate<float>& via, const PosTemplate<float>& last) {
+    TPCircle(const PosTemplate<float>& first, const PosTemplate<float>& via,
+             const PosTemplate<float>& last) {
         using V = Vec3Template<double>;
         const V a{first.x, first.y, first.z}, b{via.x, via.y, via.z}, c{last.x, last.y, last.z};
         const V u = b - a, v = c - a;
@@ -50,7 +53,8 @@ public:
         axisY = normal.cross(axisX);
         const V end = c - centre;
         sweep = std::atan2(end.dot(axisY), end.dot(axisX));
-        // The normal is that of first, via, last: the arc through the middle point runs counter-clockwise.
+        // The normal is that of first, via, last: the arc through the middle point runs
+        // counter-clockwise.
         if (sweep <= 0) sweep += 2 * 3.14159265358979323846;
     }
 

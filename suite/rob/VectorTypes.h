@@ -3,8 +3,9 @@
 #include <cmath>
 #include <stdexcept>
 
-/// Math value types of the suite. All are small structures passed by value or const reference; lengths are
-/// in the model's unit (millimetres in the bundled host), angles in radians. Thread: pure, all of them.
+/// Math value types of the suite. All are small structures passed by value or const reference;
+/// lengths are in the model's unit (millimetres in the bundled host), angles in radians. Thread:
+/// pure, all of them.
 namespace vrn::rob {
 
 /// Lengths at most this are taken for zero by every normalisation of the suite.
@@ -27,7 +28,9 @@ struct Vec3Template {
     constexpr explicit Vec3Template(const Vec3Template<U>& other)
         : x(static_cast<T>(other.x)), y(static_cast<T>(other.y)), z(static_cast<T>(other.z)) {}
 
-    [[nodiscard]] constexpr T dot(const Vec3Template& b) const { return x * b.x + y * b.y + z * b.z; }
+    [[nodiscard]] constexpr T dot(const Vec3Template& b) const {
+        return x * b.x + y * b.y + z * b.z;
+    }
     [[nodiscard]] constexpr Vec3Template cross(const Vec3Template& b) const {
         return {y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x};
     }
@@ -49,7 +52,9 @@ struct Vec3Template {
     friend constexpr Vec3Template operator-(const Vec3Template& a, const Vec3Template& b) {
         return {a.x - b.x, a.y - b.y, a.z - b.z};
     }
-    friend constexpr Vec3Template operator*(const Vec3Template& a, T s) { return {a.x * s, a.y * s, a.z * s}; }
+    friend constexpr Vec3Template operator*(const Vec3Template& a, T s) {
+        return {a.x * s, a.y * s, a.z * s};
+    }
     friend constexpr Vec3Template operator*(T s, const Vec3Template& a) { return a * s; }
     friend bool operator==(const Vec3Template&, const Vec3Template&) = default;
 };

@@ -18,7 +18,7 @@ struct ProcessResult {
 /// Runs `program` with `arguments` in this process's environment and waits for its end. Throws
 /// std::system_error if it cannot be started.
 [[nodiscard]] ProcessResult RunProgram(const std::string& program,
-                                const std::vector<std::string>& arguments);
+                                       const std::vector<std::string>& arguments);
 
 /// Sets or, with null, removes an environment variable, and puts the former state back.
 class ScopedVariable {

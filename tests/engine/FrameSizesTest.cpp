@@ -113,8 +113,8 @@ TEST_F(FrameSizes, ATcpBuiltAfterAChangeHasTheSettingOfTcps) {
 }
 
 TEST_F(FrameSizes, ASizeForAKindThatNothingHasIsNotRemembered) {
-    for (const auto type : {VisualType::Tcp, VisualType::RobTarget, VisualType::JointTarget,
-                            VisualType::WObj}) {
+    for (const auto type :
+         {VisualType::Tcp, VisualType::RobTarget, VisualType::JointTarget, VisualType::WObj}) {
         resize(77, type);
         EXPECT_EQ(settings().frameSize, 100);
         EXPECT_EQ(settings().robTargetFrameSize, 60);

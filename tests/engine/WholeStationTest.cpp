@@ -74,7 +74,8 @@ TEST_F(WholeStation, IsBuiltInTheOrderOfItsKinds) {
     const auto* frame = enter<layout::Frame>("frame");
     const auto* device = enter<layout::Device>("device");
     const auto* tool = enter<layout::Tool>("tool");
-    const auto* cloud = enter<layout::PointCloud>("cloud", std::vector<rob::PosTemplate<float>>{{0, 0, 0}});
+    const auto* cloud =
+        enter<layout::PointCloud>("cloud", std::vector<rob::PosTemplate<float>>{{0, 0, 0}});
     const auto* part = enter<layout::Part>("part");
     const auto* assembly = enter<layout::Assembly>("assembly");
     auto* first = enter<layout::Manipulator>("first", "abb");
@@ -138,7 +139,8 @@ TEST_F(WholeStation, WhatStandsInsideACompoundIsLeftToIt) {
     smartcomp::AddSmartComponent(*component);
     smartcomp::AddSmartComponent(*nested);
     auto* tool = enter<layout::Tool>("tool");
-    auto* cloud = enter<layout::PointCloud>("cloud", std::vector<rob::PosTemplate<float>>{{0, 0, 0}});
+    auto* cloud =
+        enter<layout::PointCloud>("cloud", std::vector<rob::PosTemplate<float>>{{0, 0, 0}});
     for (sdf::SdfObject* child :
          {static_cast<sdf::SdfObject*>(nested), static_cast<sdf::SdfObject*>(tool),
           static_cast<sdf::SdfObject*>(cloud)})
@@ -203,8 +205,9 @@ TEST_F(WholeStation, AddedMechanismsGoByTheirKind) {
     auto* tool = model.make<layout::Tool>("tool");
     auto* device = model.make<layout::Device>("device");
     auto* part = makeBoxPart("part");
-    for (sdf::SdfNode* object : {static_cast<sdf::SdfNode*>(robot), static_cast<sdf::SdfNode*>(tool),
-                                 static_cast<sdf::SdfNode*>(device), static_cast<sdf::SdfNode*>(part)})
+    for (sdf::SdfNode* object :
+         {static_cast<sdf::SdfNode*>(robot), static_cast<sdf::SdfNode*>(tool),
+          static_cast<sdf::SdfNode*>(device), static_cast<sdf::SdfNode*>(part)})
         scene().addMechanism(object, true);
     EXPECT_FALSE(isShown(robot));
     pump();
@@ -229,7 +232,8 @@ TEST_F(WholeStation, AddedMechanismsComeWithOrWithoutParts) {
 TEST_F(WholeStation, AddedObjectsHangUnderTheirParentsOrTheRoot) {
     auto* part = makeBoxPart("part");
     scene().addPart(part);
-    auto* cloud = model.make<layout::PointCloud>("cloud", std::vector<rob::PosTemplate<float>>{{0, 0, 0}});
+    auto* cloud =
+        model.make<layout::PointCloud>("cloud", std::vector<rob::PosTemplate<float>>{{0, 0, 0}});
     auto* component = model.make<smartcomp::UserComponent>("component");
     auto* tool = model.make<layout::Tool>("tool");
     cloud->parentId = part->id;

@@ -29,7 +29,8 @@ std::filesystem::path processFolder;
 
 std::filesystem::path LogFile() { return processFolder / "Ogre.log"; }
 
-// Where a log, a temporary file or a resource goes must not depend on what runs beside this process.
+// Where a log, a temporary file or a resource goes must not depend on what runs beside this
+// process.
 std::filesystem::path MakeProcessFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "vrn-test-XXXXXX").string();
     if (!mkdtemp(name.data())) throw std::runtime_error("cannot make " + name);
@@ -153,7 +154,8 @@ std::vector<std::string> EngineTest::logLines() const {
 
 const std::filesystem::path& EngineTest::folder() { return processFolder; }
 
-std::filesystem::path EngineTest::writeBoxStl(const std::string& name, const Pos& min, const Pos& max) {
+std::filesystem::path EngineTest::writeBoxStl(const std::string& name, const Pos& min,
+                                              const Pos& max) {
     const auto corner = [&](int i) {
         return Pos{i & 1 ? max.x : min.x, i & 2 ? max.y : min.y, i & 4 ? max.z : min.z};
     };
@@ -172,12 +174,14 @@ std::filesystem::path EngineTest::writeBoxStl(const std::string& name, const Pos
     return file;
 }
 
-layout::Part* EngineTest::makeBoxPart(const std::string& name, const rob::PoseTemplate<double>& pose,
-                                      const Pos& min, const Pos& max) {
+layout::Part* EngineTest::makeBoxPart(const std::string& name,
+                                      const rob::PoseTemplate<double>& pose, const Pos& min,
+                                      const Pos& max) {
     return layout::MakeStlPart(model, name, writeBoxStl(name + ".stl", min, max).string(), pose);
 }
 
-visual::Visual* EngineTest::showBoxPart(const std::string& name, const rob::PoseTemplate<double>& pose) {
+visual::Visual* EngineTest::showBoxPart(const std::string& name,
+                                        const rob::PoseTemplate<double>& pose) {
     layout::Part* part = makeBoxPart(name, pose);
     scene().addPart(part);
     pump();

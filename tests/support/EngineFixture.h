@@ -17,15 +17,16 @@ namespace Ogre {
 class RenderTarget;
 }
 
-/// Tests on the real engine: one engine a process, started before the first test by the main that stands
-/// beside this fixture, in a window of windowWidth by windowHeight pixels on a display of its own.
+/// Tests on the real engine: one engine a process, started before the first test by the main that
+/// stands beside this fixture, in a window of windowWidth by windowHeight pixels on a display of
+/// its own.
 namespace vrn::test {
 
 constexpr int windowWidth = 640;
 constexpr int windowHeight = 480;
 
-/// Every test finds an empty scene (world frame, grid, camera at its start) and leaves it so: what it built
-/// is deleted afterwards, and what then still differs fails the test.
+/// Every test finds an empty scene (world frame, grid, camera at its start) and leaves it so: what
+/// it built is deleted afterwards, and what then still differs fails the test.
 class EngineTest : public ::testing::Test {
 protected:
     void SetUp() override;
@@ -38,7 +39,8 @@ protected:
     static headless::Picture frame();
     static Ogre::RenderTarget& window();
     /// Places the camera at `from`, looking at `target` with Z up.
-    static void lookFrom(const rob::PosTemplate<float>& from, const rob::PosTemplate<float>& target);
+    static void lookFrom(const rob::PosTemplate<float>& from,
+                         const rob::PosTemplate<float>& target);
     /// The pixel that a world point is drawn at; fractional, from the upper left corner.
     static rob::Vec2Template<float> project(const rob::PosTemplate<float>& world);
 
@@ -47,14 +49,16 @@ protected:
     /// A folder for the files of this process, gone at its end.
     static const std::filesystem::path& folder();
     /// A binary STL file of an axis-aligned box, 12 triangles, under `name` in folder().
-    static std::filesystem::path writeBoxStl(const std::string& name, const rob::PosTemplate<float>& min,
+    static std::filesystem::path writeBoxStl(const std::string& name,
+                                             const rob::PosTemplate<float>& min,
                                              const rob::PosTemplate<float>& max);
     /// A part of one STL body; the model objects live as long as the test.
     layout::Part* makeBoxPart(const std::string& name, const rob::PoseTemplate<double>& pose = {},
                               const rob::PosTemplate<float>& min = {-50, -50, -50},
                               const rob::PosTemplate<float>& max = {50, 50, 50});
     /// The same, shown in the scene.
-    visual::Visual* showBoxPart(const std::string& name, const rob::PoseTemplate<double>& pose = {});
+    visual::Visual* showBoxPart(const std::string& name,
+                                const rob::PoseTemplate<double>& pose = {});
     /// The first visual of the type below `start`; null if there is none.
     static visual::Visual* findBelow(visual::Visual* start, VisualType type);
 

@@ -29,7 +29,7 @@ TEST(Hex2RGB, WhatFollowsIsNotLookedAt) { EXPECT_EQ(Hex2RGB("#FFA72580"), Hex2RG
 TEST(Hex2RGB, TooShortATextThrows) {
     EXPECT_THROW((void)Hex2RGB(""), std::out_of_range);
     EXPECT_THROW((void)Hex2RGB("#FF"), std::invalid_argument);  // an empty pair is no number
-    EXPECT_THROW((void)Hex2RGB("#F"), std::out_of_range);       // the second pair begins behind the end
+    EXPECT_THROW((void)Hex2RGB("#F"), std::out_of_range);  // the second pair begins behind the end
     EXPECT_THROW((void)Hex2RGB("#FFA"), std::out_of_range);
     EXPECT_THROW((void)Hex2RGB("#FFA7"), std::invalid_argument);
 }

@@ -16,7 +16,8 @@ void InstanceVisuals::TearDown() {
 }
 
 InstanceVisuals::Target* InstanceVisuals::addTarget(std::uint32_t id, VisualType type) {
-    auto* target = new Target(root(), id, "target " + std::to_string(id), type, "InstanceRobTarget");
+    auto* target =
+        new Target(root(), id, "target " + std::to_string(id), type, "InstanceRobTarget");
     scene().visuals[id] = target;
     return target;
 }

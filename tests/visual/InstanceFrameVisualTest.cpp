@@ -72,8 +72,9 @@ TEST_F(InstanceFrames, EveryLookAsksForTheColoursOfTheMesh) {
 
 TEST_F(InstanceFrames, AnUnknownMaterialThrowsAndNothingIsLeft) {
     const auto before = traces();
-    EXPECT_THAT([] { InstanceFrameVisual(root(), 1, "x", VisualType::RobTarget, "NoSuchMaterial"); },
-                ThrowsMessage<Ogre::ItemIdentityException>(HasSubstr("NoSuchMaterial")));
+    EXPECT_THAT(
+        [] { InstanceFrameVisual(root(), 1, "x", VisualType::RobTarget, "NoSuchMaterial"); },
+        ThrowsMessage<Ogre::ItemIdentityException>(HasSubstr("NoSuchMaterial")));
     EXPECT_EQ(traces(), before);
     EXPECT_EQ(instancesInUse(), 0u);
     EXPECT_NO_THROW(frame());
@@ -98,8 +99,9 @@ TEST_F(InstanceFrames, AMissingManagerOfALookThrowsAndTheShownOneStays) {
 
 TEST_F(InstanceFrames, ATakenNameThrowsAndTheFirstStays) {
     const Target* first = addTarget(1);
-    EXPECT_THROW(InstanceFrameVisual(root(), 1, first->getName(), VisualType::RobTarget, normalLook),
-                 Ogre::ItemIdentityException);
+    EXPECT_THROW(
+        InstanceFrameVisual(root(), 1, first->getName(), VisualType::RobTarget, normalLook),
+        Ogre::ItemIdentityException);
     EXPECT_EQ(instancesInUse(), 1u);
 }
 

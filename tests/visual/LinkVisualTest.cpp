@@ -49,7 +49,8 @@ TEST_F(LinkVisuals, PartsAndAssembliesAreBuiltInOrder) {
     link->addChild(*group);
     layout::Part* last = addPart("last");
     LinkVisual* visual = build();
-    EXPECT_THAT(visual->getChildren(), ElementsAre(visualOf(first), visualOf(group), visualOf(last)));
+    EXPECT_THAT(visual->getChildren(),
+                ElementsAre(visualOf(first), visualOf(group), visualOf(last)));
     EXPECT_EQ(visual->getBodiesNum(), 3u);
 }
 
@@ -129,9 +130,8 @@ TEST_F(LinkVisuals, LooksGoToAdmittedChildrenThatAreNotAttached) {
     visual->resetAppearance();
     visual->clearHighlightOrSelect();
     for (const ProbeVisual* admitted : {part, group})
-        EXPECT_THAT(admitted->calls,
-                    ElementsAre("setSelected", "setHighlighted", "resetAppearance",
-                                "clearHighlightOrSelect", "resetAppearance"));
+        EXPECT_THAT(admitted->calls, ElementsAre("setSelected", "setHighlighted", "resetAppearance",
+                                                 "clearHighlightOrSelect", "resetAppearance"));
     EXPECT_THAT(tool->calls, ElementsAre());
     EXPECT_THAT(mounted->calls, ElementsAre());
 }

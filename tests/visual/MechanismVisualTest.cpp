@@ -122,9 +122,8 @@ TEST_F(Mechanisms, LooksGoToLinksAndFramesAndPassOverTheRest) {
     const ProbeVisual* part = addProbe(visual, VisualType::Part);
     runThroughLooks(visual);
     for (const ProbeVisual* admitted : {link, frame})
-        EXPECT_THAT(admitted->calls,
-                    ElementsAre("setSelected", "setHighlighted", "resetAppearance",
-                                "clearHighlightOrSelect", "resetAppearance"));
+        EXPECT_THAT(admitted->calls, ElementsAre("setSelected", "setHighlighted", "resetAppearance",
+                                                 "clearHighlightOrSelect", "resetAppearance"));
     for (const ProbeVisual* other : {wrist, bare, tcp, part})
         EXPECT_THAT(other->calls, ElementsAre());
 }
@@ -185,8 +184,9 @@ TEST_F(Mechanisms, TheBaseFrameShowsWhileSelectedEvenOnASelectedCarrier) {
     scene().setVisualsSelected({carrier->id, visual->id});
     pump();
     EXPECT_TRUE(isDrawn(visual->getBaseFrame()));
-    EXPECT_THAT(axisLooks(visual->getBaseFrame()),
-                ElementsAre("RedFrameLineSelected", "GreenFrameLineSelected", "BlueFrameLineSelected"));
+    EXPECT_THAT(
+        axisLooks(visual->getBaseFrame()),
+        ElementsAre("RedFrameLineSelected", "GreenFrameLineSelected", "BlueFrameLineSelected"));
     scene().clearSelections();
     pump();
     EXPECT_FALSE(isDrawn(visual->getBaseFrame()));

@@ -51,7 +51,9 @@ Ogre::Vector4 Rgb(int r, int g, int b) {
 class MeshVisuals : public EngineTest {
 protected:
     static Visual* root() { return scene().root; }
-    static std::size_t entities() { return scene().sceneManager->getMovableObjects("Entity").size(); }
+    static std::size_t entities() {
+        return scene().sceneManager->getMovableObjects("Entity").size();
+    }
     /// The visual of a fresh STL body in a part.
     MeshVisual* showBody(const std::string& name) {
         return dynamic_cast<MeshVisual*>(findBelow(showBoxPart(name), VisualType::Mesh));
@@ -297,7 +299,8 @@ TEST_F(MeshVisuals, WhatCannotBeBuiltLeavesNothing) {
     std::filesystem::create_directory(folder() / "folder.stl");
     refuse(makeBody("unreadable", (folder() / "folder.stl").string()));
     refuse(makeBody("nonsense", writeText("nonsense.stl", "this is no mesh")));
-    refuse(makeBody("cut", writeText("cut.stl", "solid\nfacet normal 0 0 1\nouter loop\nvertex 0")));
+    refuse(
+        makeBody("cut", writeText("cut.stl", "solid\nfacet normal 0 0 1\nouter loop\nvertex 0")));
     refuse(makeBody("wrong end", writeText("mesh.txt", "solid\nendsolid")));
     layout::Body* body = makeBody("bad detectable", good);
     body->element->getParent()->set("detectable", std::string("yes"));
@@ -483,8 +486,7 @@ TEST_F(MeshVisuals, AnArrowWithoutADirectionOrAPlaceThrowsAndLeavesNothing) {
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     const std::size_t nodes = root()->node->getChildren().size();
     EXPECT_THAT([] { MeshVisual::BuildArrow(root(), {}, {0, 0, 0}); },
-                ThrowsMessage<std::overflow_error>(
-                    StrEq("0-length vector cannot be normalized.")));
+                ThrowsMessage<std::overflow_error>(StrEq("0-length vector cannot be normalized.")));
     EXPECT_THROW(MeshVisual::BuildArrow(root(), {}, {nan, 0, 0}), std::overflow_error);
     EXPECT_THROW(MeshVisual::BuildArrow(root(), {nan, 0, 0}, {0, 0, 1}), std::invalid_argument);
     EXPECT_EQ(root()->node->getChildren().size(), nodes);

@@ -74,36 +74,43 @@ TEST_F(PointClouds, AllPointsAreOneSectionOfPoints) {
 TEST_F(PointClouds, SelectedPointsAreDrawnOnceMoreInTheirOwnColour) {
     PointCloudVisual* visual = build();
     visual->setSelectedIndices({1, 3});
-    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 2)));
+    EXPECT_THAT(sectionsOf(visual),
+                ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 2)));
     EXPECT_EQ(pictureOf(visual).getSection(1)->getCustomParameter(0), Ogre::Vector4(1, 0.5f, 0, 1));
     visual->setSelectedIndices({0});  // in place of the two
-    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
+    EXPECT_THAT(sectionsOf(visual),
+                ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
     EXPECT_EQ(visual->node->numAttachedObjects(), 1u);
 }
 
 TEST_F(PointClouds, AnIndexBeyondTheCloudIsNotDrawn) {
     PointCloudVisual* visual = build();
     visual->setSelectedIndices({3, 4, 1000000, std::numeric_limits<unsigned long>::max()});
-    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
+    EXPECT_THAT(sectionsOf(visual),
+                ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
     EXPECT_EQ(visual->getSelectedIndices().size(), 4u);
 }
 
 TEST_F(PointClouds, AnIndexGivenTwiceCountsOnce) {
     PointCloudVisual* visual = build();
     visual->setSelectedIndices({2, 2, 2});
-    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
+    EXPECT_THAT(sectionsOf(visual),
+                ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
 }
 
 TEST_F(PointClouds, HidingTheUnselectedTakesEffectAtTheNextUpdate) {
     PointCloudVisual* visual = build();
     visual->setSelectedIndices({1});
     visual->setUnselectedVisible(false);
-    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
+    EXPECT_THAT(sectionsOf(visual),
+                ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
     visual->updateRenderPrimitive();
-    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 1), Pair("PointCloudSelected", 1)));
+    EXPECT_THAT(sectionsOf(visual),
+                ElementsAre(Pair("PointCloud", 1), Pair("PointCloudSelected", 1)));
     visual->setUnselectedVisible(true);
     visual->updateRenderPrimitive();
-    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
+    EXPECT_THAT(sectionsOf(visual),
+                ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
 }
 
 TEST_F(PointClouds, WithNothingSelectedAndTheRestHiddenNothingIsDrawn) {
@@ -180,7 +187,8 @@ TEST_F(PointClouds, PointsThatAreNotFiniteAreNotDrawn) {
     EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 1)));
     EXPECT_EQ(visual->getBoundingBox().max, (Pos{1, 2, 3}));
     visual->setSelectedIndices({0, 1});  // indices count them all the same
-    EXPECT_THAT(sectionsOf(visual), ElementsAre(Pair("PointCloud", 1), Pair("PointCloudSelected", 1)));
+    EXPECT_THAT(sectionsOf(visual),
+                ElementsAre(Pair("PointCloud", 1), Pair("PointCloudSelected", 1)));
     EXPECT_NO_THROW(frame());
 }
 
@@ -253,7 +261,8 @@ TEST_F(PointClouds, AFlatCloudHasTheColourBetween) {
     build({{0, 0, 150}, {40, 0, 150}});
     const auto at = project({0, 0, 150});
     const auto seen = frame().at(static_cast<int>(at.x), static_cast<int>(at.y));
-    EXPECT_NEAR(seen.r, (PointCloudVisual::lowColor.r + PointCloudVisual::highColor.r) / 2 * 255, 2);
+    EXPECT_NEAR(seen.r, (PointCloudVisual::lowColor.r + PointCloudVisual::highColor.r) / 2 * 255,
+                2);
 }
 
 TEST_F(PointClouds, PointsTooFarForTheEngineAreNotDrawn) {
@@ -277,8 +286,10 @@ TEST_F(PointClouds, SelectingPointsReplacesTheSelectionAndIsClearedWithIt) {
     pump();
     EXPECT_FALSE(scene().isSelected(part));
     EXPECT_EQ(lookOf(part), "Body");
-    EXPECT_THAT(sectionsOf(first), ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 2)));
-    EXPECT_THAT(sectionsOf(second), ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
+    EXPECT_THAT(sectionsOf(first),
+                ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 2)));
+    EXPECT_THAT(sectionsOf(second),
+                ElementsAre(Pair("PointCloud", 4), Pair("PointCloudSelected", 1)));
     EXPECT_TRUE(scene().isSelected(first));
     scene().clearSelections();
     pump();

@@ -44,7 +44,8 @@ TEST_F(PointsVisuals, ASetOfPointsIsOnePictureInOneColour) {
 TEST_F(PointsVisuals, TheColourCanBeChanged) {
     PointsVisual visual(root(), {{0, 0, 0}}, {1, 1, 1});
     visual.setColor({0.5f, 0, 0}, 0.25f);
-    EXPECT_EQ(pictureOf(&visual).getSection(0)->getCustomParameter(0), Ogre::Vector4(0.5f, 0, 0, 0.25f));
+    EXPECT_EQ(pictureOf(&visual).getSection(0)->getCustomParameter(0),
+              Ogre::Vector4(0.5f, 0, 0, 0.25f));
 }
 
 TEST_F(PointsVisuals, WithoutPointsNothingIsDrawnAndNothingHarmed) {

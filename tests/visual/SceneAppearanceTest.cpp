@@ -45,7 +45,8 @@ std::string MaterialOf(const Visual* mesh) {
 }
 
 Ogre::Vector4 ColourOf(const Visual* mesh) {
-    return dynamic_cast<const MeshVisual&>(*mesh).getEntity()->getSubEntity(0)->getCustomParameter(0);
+    return dynamic_cast<const MeshVisual&>(*mesh).getEntity()->getSubEntity(0)->getCustomParameter(
+        0);
 }
 
 /// Counts the posts of its life.
@@ -522,7 +523,8 @@ TEST_F(SceneAppearance, UnknownIdsThrowOnTheCallerAndPostNothing) {
     EXPECT_THAT([] { scene().bodyVisualUseDefaultMaterial(unknownId); }, isUnknownId);
     EXPECT_THAT([] { scene().clearVisualCollisionEmphasizeState(unknownId); }, isUnknownId);
     EXPECT_THAT([] { scene().setCollision(unknownId, true); }, isUnknownId);
-    EXPECT_THAT([this] { scene().setCollisionHighlights({part->id, unknownId}, true); }, isUnknownId);
+    EXPECT_THAT([this] { scene().setCollisionHighlights({part->id, unknownId}, true); },
+                isUnknownId);
     EXPECT_THAT(
         [] {
             scene().setVisualCollisionEmphasizeState(unknownId,

@@ -8,9 +8,9 @@
 #include "mesh/DynamicLines.h"
 #include "selection/VisualSelection.h"
 #include "suite/layout/Body.h"
-#include "visual/VisualIterator.h"
 #include "visual/geometry/LineVisual.h"
 #include "visual/geometry/MeshVisual.h"
+#include "visual/VisualIterator.h"
 
 namespace vrn::test {
 

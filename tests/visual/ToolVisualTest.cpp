@@ -67,8 +67,9 @@ TEST_F(Tools, SelectingAToolPaintsItsFrames) {
     Visual* visual = build();
     scene().setVisualSelected(visual);
     pump();
-    EXPECT_THAT(axisLooks(visualOf(tip)),
-                ElementsAre("RedFrameLineSelected", "GreenFrameLineSelected", "BlueFrameLineSelected"));
+    EXPECT_THAT(
+        axisLooks(visualOf(tip)),
+        ElementsAre("RedFrameLineSelected", "GreenFrameLineSelected", "BlueFrameLineSelected"));
     scene().clearSelections();
     pump();
     EXPECT_THAT(axisLooks(visualOf(tip)),

@@ -52,9 +52,10 @@ TEST_F(UserComponents, EachKindOfChildIsBuiltAsWhatItIs) {
     auto* device = model.make<layout::Device>("device");
     auto* nested = model.make<smartcomp::UserComponent>("nested");
     const layout::Link* link = addLink(tool, "tool link");
-    for (sdf::SdfObject* child : {static_cast<sdf::SdfObject*>(group), static_cast<sdf::SdfObject*>(part),
-                                  static_cast<sdf::SdfObject*>(tool), static_cast<sdf::SdfObject*>(device),
-                                  static_cast<sdf::SdfObject*>(nested)})
+    for (sdf::SdfObject* child :
+         {static_cast<sdf::SdfObject*>(group), static_cast<sdf::SdfObject*>(part),
+          static_cast<sdf::SdfObject*>(tool), static_cast<sdf::SdfObject*>(device),
+          static_cast<sdf::SdfObject*>(nested)})
         component->addChild(*child);
     Visual* visual = build();
     EXPECT_THAT(visual->getChildren(),

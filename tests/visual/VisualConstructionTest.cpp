@@ -148,7 +148,8 @@ TEST_F(VisualConstruction, ASharedNameIsAnsweredByAllThatCarryIt) {
     const Visual* second = new Visual(0, SharedName{"Common Frame"}, root());
     const Visual* third = new Visual(5, SharedName{"Common Frame"}, root());
     expectFresh(second);
-    for (const Visual* visual : {first, second, third}) EXPECT_EQ(visual->getName(), "Common Frame");
+    for (const Visual* visual : {first, second, third})
+        EXPECT_EQ(visual->getName(), "Common Frame");
     EXPECT_NE(first->node->getName(), second->node->getName());
     EXPECT_NE(second->node->getName(), third->node->getName());
     EXPECT_EQ(first->node->getName(), "Common Frame");
@@ -179,24 +180,39 @@ TEST_F(VisualConstruction, TheDestructorTakesTheNodeAlongButNoChildren) {
 }
 
 TEST_F(VisualConstruction, TheNumbersOfTheKindsNeverChange) {
-    const std::vector<std::pair<VisualType, int>> numbers{
-        {VisualType::None, 0},           {VisualType::Root, 1},
-        {VisualType::Manipulator, 2},    {VisualType::Tool, 3},
-        {VisualType::Device, 4},         {VisualType::Link, 5},
-        {VisualType::Assembly, 7},       {VisualType::PointCloud, 8},
-        {VisualType::Part, 9},           {VisualType::Solid, 10},
-        {VisualType::Curve, 11},         {VisualType::Edge, 12},
-        {VisualType::WireFrame, 13},     {VisualType::Mesh, 14},
-        {VisualType::Point, 15},         {VisualType::Path, 16},
-        {VisualType::MoveInstruction, 17}, {VisualType::Helper, 19},
-        {VisualType::Frame, 20},         {VisualType::Tcp, 21},
-        {VisualType::RobTarget, 22},     {VisualType::JointTarget, 23},
-        {VisualType::WObj, 24},          {VisualType::WObjUserFrame, 25},
-        {VisualType::WObjObjectFrame, 26}, {VisualType::UserComponent, 27},
-        {VisualType::Sensor, 28},        {VisualType::Paint, 29},
-        {VisualType::Wrist, 30},         {VisualType::PreviewCurve, 31},
-        {VisualType::GeneratedEdge, 32}, {VisualType::UVIndicator, 33},
-        {VisualType::WorkEnvelope, 34}};
+    const std::vector<std::pair<VisualType, int>> numbers{{VisualType::None, 0},
+                                                          {VisualType::Root, 1},
+                                                          {VisualType::Manipulator, 2},
+                                                          {VisualType::Tool, 3},
+                                                          {VisualType::Device, 4},
+                                                          {VisualType::Link, 5},
+                                                          {VisualType::Assembly, 7},
+                                                          {VisualType::PointCloud, 8},
+                                                          {VisualType::Part, 9},
+                                                          {VisualType::Solid, 10},
+                                                          {VisualType::Curve, 11},
+                                                          {VisualType::Edge, 12},
+                                                          {VisualType::WireFrame, 13},
+                                                          {VisualType::Mesh, 14},
+                                                          {VisualType::Point, 15},
+                                                          {VisualType::Path, 16},
+                                                          {VisualType::MoveInstruction, 17},
+                                                          {VisualType::Helper, 19},
+                                                          {VisualType::Frame, 20},
+                                                          {VisualType::Tcp, 21},
+                                                          {VisualType::RobTarget, 22},
+                                                          {VisualType::JointTarget, 23},
+                                                          {VisualType::WObj, 24},
+                                                          {VisualType::WObjUserFrame, 25},
+                                                          {VisualType::WObjObjectFrame, 26},
+                                                          {VisualType::UserComponent, 27},
+                                                          {VisualType::Sensor, 28},
+                                                          {VisualType::Paint, 29},
+                                                          {VisualType::Wrist, 30},
+                                                          {VisualType::PreviewCurve, 31},
+                                                          {VisualType::GeneratedEdge, 32},
+                                                          {VisualType::UVIndicator, 33},
+                                                          {VisualType::WorkEnvelope, 34}};
     for (const auto& [type, number] : numbers) EXPECT_EQ(static_cast<int>(type), number);
     static_assert(sizeof(VisualType) == 4);
 }

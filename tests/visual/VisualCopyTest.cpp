@@ -19,8 +19,9 @@ using testing::StartsWith;
 using visual::Visual;
 
 const std::vector<VisualType> copiedTypes{
-    VisualType::Manipulator, VisualType::Tool, VisualType::Link, VisualType::Assembly, VisualType::Part,
-    VisualType::Solid,       VisualType::Curve, VisualType::Mesh, VisualType::Frame};
+    VisualType::Manipulator, VisualType::Tool, VisualType::Link,
+    VisualType::Assembly,    VisualType::Part, VisualType::Solid,
+    VisualType::Curve,       VisualType::Mesh, VisualType::Frame};
 
 constexpr int lastType = 34;
 

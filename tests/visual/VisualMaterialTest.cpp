@@ -4,8 +4,8 @@
 #include <OgreIteratorWrapper.h>
 
 #include <OgreEntity.h>
-#include <OgreInstancedEntity.h>
 #include <OgreInstanceBatch.h>
+#include <OgreInstancedEntity.h>
 #include <OgreInstanceManager.h>
 #include <OgreLight.h>
 #include <OgreManualObject.h>
@@ -85,8 +85,9 @@ TEST_F(VisualMaterial, EveryKindOfObjectThatTakesAMaterialGetsIt) {
 }
 
 TEST_F(VisualMaterial, InstancesAndLightsArePassedOver) {
-    Ogre::InstancedEntity* instance =
-        scene().instanceManagers.at("VRN_FrameInstanceManager")->createInstancedEntity("InstanceFrame");
+    Ogre::InstancedEntity* instance = scene()
+                                          .instanceManagers.at("VRN_FrameInstanceManager")
+                                          ->createInstancedEntity("InstanceFrame");
     Ogre::Light* light = sceneManager->createLight();
     objects.push_back(light);
     probe->attachObject(instance);

@@ -42,8 +42,8 @@ struct Inventory {
     }
     friend bool operator==(const Inventory&, const Inventory&) = default;
     friend void PrintTo(const Inventory& i, std::ostream* out) {
-        *out << "nodes " << i.nodes << ", entities " << i.entities << ", registered " << i.registered
-             << ", selectable " << i.selectable << ", pickable " << i.pickable;
+        *out << "nodes " << i.nodes << ", entities " << i.entities << ", registered "
+             << i.registered << ", selectable " << i.selectable << ", pickable " << i.pickable;
     }
 
 private:
@@ -108,9 +108,15 @@ protected:
                 pump();
                 return top->attachVisual(scene().visuals.at(part->id));
             }
-            case 1: visual::MeshVisual::BuildArrow(any(), {1, 2, 3}, {1, 1, 0}); return;
-            case 2: visual::TriangleMeshVisual::Build({{{0, 0, 0}, {9, 9, 9}}}, any()); return;
-            default: visual::FrameVisual::Build(any(), static_cast<unsigned>(pick(4))); return;
+            case 1:
+                visual::MeshVisual::BuildArrow(any(), {1, 2, 3}, {1, 1, 0});
+                return;
+            case 2:
+                visual::TriangleMeshVisual::Build({{{0, 0, 0}, {9, 9, 9}}}, any());
+                return;
+            default:
+                visual::FrameVisual::Build(any(), static_cast<unsigned>(pick(4)));
+                return;
         }
     }
     /// The local frame of a part is its own affair: it goes with the part.
@@ -142,34 +148,58 @@ protected:
         Visual* visual = anyRegistered();
         if (!visual) return scene().clearSelections();
         switch (pick(4)) {
-            case 0: scene().setVisualSelected(visual->id); return;
-            case 1: scene().setVisualHighlighted(visual); return;
-            case 2: scene().setVisualsSelected({visual->id, anyRegistered()->id}); return;
-            default: scene().clearSelections(); return;
+            case 0:
+                scene().setVisualSelected(visual->id);
+                return;
+            case 1:
+                scene().setVisualHighlighted(visual);
+                return;
+            case 2:
+                scene().setVisualsSelected({visual->id, anyRegistered()->id});
+                return;
+            default:
+                scene().clearSelections();
+                return;
         }
     }
     void mark() {
         Visual* visual = anyRegistered();
         if (!visual) return;
         switch (pick(4)) {
-            case 0: scene().setCollision(visual->id, flip()); return;
-            case 1: scene().setCollisionHighlights({visual->id}, flip()); return;
-            case 2: scene().bodyVisualUseMaterial(visual->id, "Axis"); return;
-            default: scene().clearAllCollisionContacts(); return;
+            case 0:
+                scene().setCollision(visual->id, flip());
+                return;
+            case 1:
+                scene().setCollisionHighlights({visual->id}, flip());
+                return;
+            case 2:
+                scene().bodyVisualUseMaterial(visual->id, "Axis");
+                return;
+            default:
+                scene().clearAllCollisionContacts();
+                return;
         }
     }
     void step() {
         switch (pick(10)) {
             case 0:
-            case 1: return build();
-            case 2: return move();
+            case 1:
+                return build();
+            case 2:
+                return move();
             case 3:
-            case 4: return remove();
-            case 5: return copy();
-            case 6: return show();
-            case 7: return place();
-            case 8: return select();
-            default: return mark();
+            case 4:
+                return remove();
+            case 5:
+                return copy();
+            case 6:
+                return show();
+            case 7:
+                return place();
+            case 8:
+                return select();
+            default:
+                return mark();
         }
     }
     /// The maps hold nothing that does not hang in the tree, and the other way round.
@@ -183,7 +213,8 @@ protected:
             EXPECT_TRUE(hangs(visual));
             EXPECT_EQ(visual->id, id);
         }
-        for (const auto& [visual, object] : VisualSelection::Get()->objects) EXPECT_TRUE(hangs(visual));
+        for (const auto& [visual, object] : VisualSelection::Get()->objects)
+            EXPECT_TRUE(hangs(visual));
     }
 
     std::mt19937 random{20240229};

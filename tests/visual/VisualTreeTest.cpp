@@ -366,7 +366,8 @@ TEST_F(VisualCascade, WithoutCascadeOnlyTheOwnObjectsChange) {
     EXPECT_TRUE(childs->getVisible());
     EXPECT_TRUE(probe->visible);
     EXPECT_THAT(probe->calls, IsEmpty());
-    for (Ogre::MovableObject* object : {own, childs}) scene().sceneManager->destroyMovableObject(object);
+    for (Ogre::MovableObject* object : {own, childs})
+        scene().sceneManager->destroyMovableObject(object);
 }
 
 TEST_F(VisualCascade, ChildrenAreToldWithCascadeBeforeTheOwnFlagIsStored) {

@@ -12,8 +12,8 @@
 #include "suite/sdf/SdfManager.h"
 #include "suite/task/DataItem.h"
 #include "tests/visual/StationFixture.h"
-#include "visual/VisualIterator.h"
 #include "visual/station/FrameVisual.h"
+#include "visual/VisualIterator.h"
 
 namespace vrn::test {
 
@@ -135,7 +135,8 @@ TEST_F(WObjs, APoseThatIsNotFiniteThrowsAndNothingIsLeft) {
     item->setPose({{std::numeric_limits<double>::quiet_NaN(), 0, 0}, {}});
     EXPECT_THROW(WObjVisual::Build(root(), item), std::invalid_argument);
     item->setPose({});
-    item->getObjectFrame()->setPose({{0, 0, 0}, {1, std::numeric_limits<double>::infinity(), 0, 0}});
+    item->getObjectFrame()->setPose(
+        {{0, 0, 0}, {1, std::numeric_limits<double>::infinity(), 0, 0}});
     EXPECT_THROW(WObjVisual::Build(root(), item), std::invalid_argument);
     EXPECT_EQ(traces(), before);
     EXPECT_NO_THROW(frame());

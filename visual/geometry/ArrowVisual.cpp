@@ -37,11 +37,9 @@ ArrowVisual* ArrowVisual::Build(Visual* parent, const TopoDS_Edge& edge, bool at
     gp_Vec tangent;
     curve.D1(atEnd != reversed ? curve.LastParameter() : curve.FirstParameter(), point, tangent);
     if (reversed) tangent.Reverse();
-    return Build(parent,
-                 rob::PosTemplate<float>(
-                     rob::PosTemplate<double>(point.X(), point.Y(), point.Z())),
-                 rob::Vec3Template<float>(
-                     rob::Vec3Template<double>(tangent.X(), tangent.Y(), tangent.Z())));
+    return Build(
+        parent, rob::PosTemplate<float>(rob::PosTemplate<double>(point.X(), point.Y(), point.Z())),
+        rob::Vec3Template<float>(rob::Vec3Template<double>(tangent.X(), tangent.Y(), tangent.Z())));
 }
 
 }  // namespace vrn::visual

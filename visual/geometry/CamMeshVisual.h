@@ -9,8 +9,8 @@ struct TMesh;
 
 namespace vrn::visual {
 
-/// Shows a mesh of the machining side for debugging. There is one at a time: its entity has the fixed name
-/// "CAM_MESH_ENTITY", and a later visual takes it over. Thread: render.
+/// Shows a mesh of the machining side for debugging. There is one at a time: its entity has the
+/// fixed name "CAM_MESH_ENTITY", and a later visual takes it over. Thread: render.
 class VRN_VISUAL_API CamMeshVisual : public Visual {
 public:
     /// `mesh` must not be null; it is copied. Throws what MeshManager::loadCamMesh throws.

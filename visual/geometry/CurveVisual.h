@@ -45,7 +45,8 @@ private:
     void addEdge(const std::string& name, const TopoDS_Shape& edge);
     void enter(const TopoDS_Shape& shape, bool detectable);
 
-    /// Children, each as long as the curve. Kept beside the tree, whose order changes with removals.
+    /// Children, each as long as the curve. Kept beside the tree, whose order changes with
+    /// removals.
     std::vector<EdgeVisual*> edges;
 };
 

@@ -62,8 +62,7 @@ void EdgeVisual::addArrow(bool atEnd) {
     const std::vector<Pos>& points = getPoints();
     const std::size_t count = points.size();
     rob::Vec3Template<float> along;
-    if (count >= 2)
-        along = atEnd ? points[count - 1] - points[count - 2] : points[1] - points[0];
+    if (count >= 2) along = atEnd ? points[count - 1] - points[count - 2] : points[1] - points[0];
     const rob::DirTemplate<float> direction(along.normalized());
     clearArrow();
     arrow = MeshVisual::BuildArrow(this, atEnd ? points.back() : points.front(), direction);

@@ -25,8 +25,8 @@ std::uint32_t CountTriangles(const Ogre::Entity* entity) {
 }
 
 std::uint32_t CountVertices(const Ogre::Entity* entity) {
-    return SumOverSubMeshes(entity,
-                            [](const Ogre::SubMesh* part) { return part->vertexData->vertexCount; });
+    return SumOverSubMeshes(
+        entity, [](const Ogre::SubMesh* part) { return part->vertexData->vertexCount; });
 }
 
 }  // namespace vrn::visual

@@ -11,8 +11,8 @@ class Entity;
 
 namespace vrn::visual {
 
-/// A body drawn as one entity. Selected, it is drawn in render queue group 51, after the rest in 50.
-/// Thread: render.
+/// A body drawn as one entity. Selected, it is drawn in render queue group 51, after the rest
+/// in 50. Thread: render.
 class VRN_VISUAL_API FacetVisual : public BodyVisual {
 public:
     using BodyVisual::BodyVisual;

@@ -20,11 +20,14 @@ public:
     DynamicLines* createDynamicLine(RenderOpType op);
     /// Sends changed points to the graphics card, if the visual is visible.
     void update() override;
-    /// As Visual::setVisible; lines that are shown again catch up with the points set while they were hidden.
+    /// As Visual::setVisible; lines that are shown again catch up with the points set while they
+    /// were hidden.
     void setVisible(bool show, bool cascade) override;
 
     /// In order of creation.
-    [[nodiscard]] const std::vector<std::unique_ptr<DynamicLines>>& getLines() const { return lines; }
+    [[nodiscard]] const std::vector<std::unique_ptr<DynamicLines>>& getLines() const {
+        return lines;
+    }
 
 private:
     std::vector<std::unique_ptr<DynamicLines>> lines;

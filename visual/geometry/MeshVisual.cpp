@@ -90,7 +90,8 @@ void MeshVisual::showMesh(const std::string& name) {
     meshName = name;
     entity->setRenderQueueGroup(solidQueueGroup);
     attachObject(entity);
-    setColor({1, 1, 1}, 1.0f);  // never left unset: it would take the value of what was drawn before
+    setColor({1, 1, 1},
+             1.0f);  // never left unset: it would take the value of what was drawn before
 }
 
 void MeshVisual::setColor(const rob::ColorTemplate<float>& color, float alpha) {

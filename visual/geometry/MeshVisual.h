@@ -8,8 +8,8 @@ namespace vrn::visual {
 
 /// Shows one registered mesh: a built-in shape, a mesh of the registry, or an STL file.
 ///
-/// Colours are a parameter of the visual and not of the mesh, so visuals that share a mesh keep separate
-/// colours. Thread: render.
+/// Colours are a parameter of the visual and not of the mesh, so visuals that share a mesh keep
+/// separate colours. Thread: render.
 class VRN_VISUAL_API MeshVisual : public FacetVisual {
 public:
     /// A free-standing mesh visual under `parent`, named `name` followed by its transient id.
@@ -18,19 +18,21 @@ public:
     MeshVisual(Visual* parent, sdf::SdfNode* modelNode);
     ~MeshVisual() override;
 
-    /// An STL body of the model: geometry URI, colour, material and "detectable" are read from it, absent
-    /// ones being detectable and the material "Body"; entered in the registry and in the selection.
-    /// Throws std::bad_cast for an object that is no body, std::bad_any_cast for a value of the wrong type,
-    /// what attachMesh throws for the URI and what Hex2RGB throws for the colour; then nothing is left.
+    /// An STL body of the model: geometry URI, colour, material and "detectable" are read from it,
+    /// absent ones being detectable and the material "Body"; entered in the registry and in the
+    /// selection. Throws std::bad_cast for an object that is no body, std::bad_any_cast for a value
+    /// of the wrong type, what attachMesh throws for the URI and what Hex2RGB throws for the
+    /// colour; then nothing is left.
     static MeshVisual* Build(Visual* parent, sdf::SdfNode* modelNode);
-    /// The built-in arrow at `position` along `direction` (need not be of unit length), in the frame of
-    /// `parent`; scaled by the scene's arrow size level. Throws std::overflow_error for a zero direction, and
-    /// then leaves the tree as it was.
+    /// The built-in arrow at `position` along `direction` (need not be of unit length), in the
+    /// frame of `parent`; scaled by the scene's arrow size level. Throws std::overflow_error for a
+    /// zero direction, and then leaves the tree as it was.
     static MeshVisual* BuildArrow(Visual* parent, const rob::PosTemplate<float>& position,
                                   const rob::DirTemplate<float>& direction);
 
-    /// Shows the mesh `name`: a built-in one, a registered one, or else an STL file to be read. What was
-    /// shown before goes. Throws "Not stl file" and the reader's other errors, and keeps showing what it did.
+    /// Shows the mesh `name`: a built-in one, a registered one, or else an STL file to be read.
+    /// What was shown before goes. Throws "Not stl file" and the reader's other errors, and keeps
+    /// showing what it did.
     void attachMesh(const std::string& name);
 
     void setColor(const rob::ColorTemplate<float>& color, float alpha);

@@ -165,8 +165,7 @@ std::uint32_t SolidVisual::getFaceIndex(const TopoDS_Face& face) const {
 }
 
 TopoDS_Face SolidVisual::getFace(int index) const {
-    if (index < 0)
-        throw Standard_OutOfRange("NCollection_IndexedMap::FindKey: negative index");
+    if (index < 0) throw Standard_OutOfRange("NCollection_IndexedMap::FindKey: negative index");
     const TopoDS_Shape& found = getFaceMap().FindKey(index);
     if (found.IsNull() || found.ShapeType() != TopAbs_FACE) return {};
     return TopoDS::Face(found);
@@ -219,8 +218,8 @@ Color SolidVisual::getFaceColor(unsigned int index) const {
 
 void SolidVisual::highLightFace(unsigned int index) {
     const Color stored = getFaceColor(index);
-    setFaceColor(index, Color{stored.r + highlightGain, stored.g + highlightGain,
-                              stored.b + highlightGain});
+    setFaceColor(
+        index, Color{stored.r + highlightGain, stored.g + highlightGain, stored.b + highlightGain});
 }
 
 void SolidVisual::clearHighLightFace(unsigned int index) {
@@ -244,10 +243,11 @@ void SolidVisual::resetColor() { MeshManager::Get()->ColorReset(this); }
 // --- copies and counts
 
 std::optional<Visual*> SolidVisual::copy(Visual* parent) {
-    auto replica = std::make_unique<SolidVisual>(getName(), shape,
-                                                 parent ? parent : Scene::Get()->root);
+    auto replica =
+        std::make_unique<SolidVisual>(getName(), shape, parent ? parent : Scene::Get()->root);
     replica->copied = true;
-    // While the id is still its own: the entity's name is made of it, and a second copy would clash.
+    // While the id is still its own: the entity's name is made of it, and a second copy would
+    // clash.
     if (entity) replica->attachEntity(meshName);
     replica->id = id;
     replica->setMaterial(copyMaterial, copyMaterial, copyMaterial);

@@ -4,7 +4,8 @@
 
 namespace vrn::visual {
 
-TriangleMeshVisual* TriangleMeshVisual::Build(const std::vector<Segment>& segments, Visual* parent) {
+TriangleMeshVisual* TriangleMeshVisual::Build(const std::vector<Segment>& segments,
+                                              Visual* parent) {
     auto* visual = new TriangleMeshVisual(parent);
     DynamicLines* line = visual->createDynamicLine(RenderOpType::LineList);
     for (const auto& [a, b] : segments) {

@@ -46,8 +46,8 @@ WireFrameVisual::WireFrameVisual(Visual* solid, std::uint32_t idIn, const std::s
 WireFrameVisual::~WireFrameVisual() = default;
 
 WireFrameVisual* WireFrameVisual::Build(Visual* solid, const TopoDS_Shape& shape) {
-    auto visual = std::make_unique<WireFrameVisual>(
-        solid, sdf::SdfManager::GenerateTransientId(), "WireFrame_" + std::to_string(solid->id));
+    auto visual = std::make_unique<WireFrameVisual>(solid, sdf::SdfManager::GenerateTransientId(),
+                                                    "WireFrame_" + std::to_string(solid->id));
     visual->setMaterial("WireFrame", "BodyCurveSelected", "BodyCurveHighlighted");
     visual->resetAppearance();
     TopTools_MapOfShape drawn;

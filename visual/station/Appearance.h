@@ -5,8 +5,9 @@
 
 namespace vrn::visual {
 
-/// Calls `action` on each child of a compound that takes part in its looks: admitted by the compound's own
-/// filter and not attached, since what is attached to an object keeps its own look. Thread: render.
+/// Calls `action` on each child of a compound that takes part in its looks: admitted by the
+/// compound's own filter and not attached, since what is attached to an object keeps its own look.
+/// Thread: render.
 template <class Filter, class Action>
 void ForEachAdmittedChild(const Visual* compound, Filter admits, Action action) {
     for (Visual* child : compound->getChildren())

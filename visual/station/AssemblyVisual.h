@@ -11,9 +11,10 @@ class VRN_VISUAL_API AssemblyVisual : public Visual {
 public:
     AssemblyVisual(Visual* parent, sdf::SdfNode* modelNode);
 
-    /// Makes the visual under `parent`, enters it in the registry and builds what the assembly holds: an
-    /// assembly as such, anything else as a part, each under the visual that its own parent id names.
-    /// Throws std::out_of_range, "unordered_map::at", for an id that the model does not hold.
+    /// Makes the visual under `parent`, enters it in the registry and builds what the assembly
+    /// holds: an assembly as such, anything else as a part, each under the visual that its own
+    /// parent id names. Throws std::out_of_range, "unordered_map::at", for an id that the model
+    /// does not hold.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 
     /// Assemblies and parts. The capital letter is part of the name.

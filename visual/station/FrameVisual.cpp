@@ -26,7 +26,9 @@ void UseMaterial(DynamicLines* line, const char* name) {
     if (material) line->setMaterial(material);
 }
 
-VisualType FrameType(VisualType type) { return type == VisualType::None ? VisualType::Frame : type; }
+VisualType FrameType(VisualType type) {
+    return type == VisualType::None ? VisualType::Frame : type;
+}
 
 std::string FrameName(const std::string& name, std::uint32_t id) {
     return name.empty() ? std::format("__FRAME_{}__", id) : name;

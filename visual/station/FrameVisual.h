@@ -6,41 +6,42 @@
 
 namespace vrn::visual {
 
-/// A coordinate triad of three lines: x red, y green, z blue. For frames of which a station holds a few;
-/// targets, of which it holds thousands, are instances of one mesh instead.
+/// A coordinate triad of three lines: x red, y green, z blue. For frames of which a station holds a
+/// few; targets, of which it holds thousands, are instances of one mesh instead.
 ///
-/// Sizes are axis lengths. Where a size comes from the scene's settings it depends on the type: Frame, Tcp,
-/// RobTarget and JointTarget have their own, both frames of a work object share one, others are of size 0
-/// and draw nothing. Thread: render.
+/// Sizes are axis lengths. Where a size comes from the scene's settings it depends on the type:
+/// Frame, Tcp, RobTarget and JointTarget have their own, both frames of a work object share one,
+/// others are of size 0 and draw nothing. Thread: render.
 class VRN_VISUAL_API FrameVisual : public LineVisual {
 public:
     /// An anonymous triad of the given size.
     FrameVisual(Visual* parent, float size);
-    /// `frameType` None stands for Frame. Without a name it is called "__FRAME_{id}__". Several frames may
-    /// carry one name, and id 0, which local frames have, never stands in the registry.
+    /// `frameType` None stands for Frame. Without a name it is called "__FRAME_{id}__". Several
+    /// frames may carry one name, and id 0, which local frames have, never stands in the registry.
     FrameVisual(Visual* parent, std::uint32_t idIn, const std::string& name, VisualType frameType);
     /// A dashed triad; 0 dashes count as 1.
     FrameVisual(Visual* parent, const std::string& name, VisualType frameType, unsigned dashCount);
 
-    /// A hidden preview frame that wears the selected look: plain with 1 dash, else dashed. The caller
-    /// enters it where it wants it found.
+    /// A hidden preview frame that wears the selected look: plain with 1 dash, else dashed. The
+    /// caller enters it where it wants it found.
     static FrameVisual* Build(Visual* parent, unsigned dashCount);
     /// The task frame of a controller, entered in the registry; not pickable.
     static void Build(Visual* parent, std::uint32_t idIn, const rob::PoseTemplate<float>& pose);
-    /// A frame of the station, with id, name and pose of its model object, entered in the registry and in
-    /// the selection.
+    /// A frame of the station, with id, name and pose of its model object, entered in the registry
+    /// and in the selection.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 
-    /// Moves the second point of each axis to the new length. On a dashed triad that is the end of the
-    /// first dash alone: the pattern does not follow.
+    /// Moves the second point of each axis to the new length. On a dashed triad that is the end of
+    /// the first dash alone: the pattern does not follow.
     void setFrameSize(unsigned size);
 
     void resetAppearance() override;
     void setSelected() override;
     void setHighlighted() override;
 
-    /// Where the dashes of an axis of length `size` begin and end, in pairs: `dashCount` dashes, 1.618
-    /// spaces long each, fill it exactly; the ends between are truncated to whole units. Thread: pure.
+    /// Where the dashes of an axis of length `size` begin and end, in pairs: `dashCount`
+    /// dashes, 1.618 spaces long each, fill it exactly; the ends between are truncated to whole
+    /// units. Thread: pure.
     [[nodiscard]] static std::vector<float> dashPoints(double size, unsigned dashCount);
 
 private:

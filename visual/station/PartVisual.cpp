@@ -40,8 +40,8 @@ void BuildShape(PartVisual* part, layout::Body* body) {
             break;
         case TopAbs_VERTEX: {
             const gp_Pnt p = BRep_Tool::Pnt(TopoDS::Vertex(shape));
-            PointVisual::Build(part, body,
-                               rob::PosTemplate<float>(rob::PosTemplate<double>(p.X(), p.Y(), p.Z())));
+            PointVisual::Build(
+                part, body, rob::PosTemplate<float>(rob::PosTemplate<double>(p.X(), p.Y(), p.Z())));
             break;
         }
         case TopAbs_SHAPE:
