@@ -2,6 +2,8 @@
 
 #include <IFSelect_ReturnStatus.hxx>
 #include <IGESCAFControl_Reader.hxx>
+#include <Interface_Check.hxx>
+#include <Interface_CheckIterator.hxx>
 #include <Message_ProgressRange.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <TDocStd_Document.hxx>
@@ -9,6 +11,7 @@
 #include <XCAFApp_Application.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
+#include <XSControl_WorkSession.hxx>
 
 #include <algorithm>
 #include <fstream>
@@ -18,6 +21,7 @@
 #include "apps/vrnview/readers/CadLabels.h"
 #include "apps/vrnview/readers/FileBytes.h"
 #include "apps/vrnview/readers/GeometryUri.h"
+#include "apps/vrnview/readers/Probe.h"
 
 namespace vrn::host {
 
@@ -64,13 +68,40 @@ void RequireWholeIges(const std::filesystem::path& file) {
     if (sections != "SGDPT") throw std::runtime_error("the file ends too early");
 }
 
+/// What is wrong with a file as the reader's own checks tell it.
+struct Faults {
+    std::string syntax;        ///< the first of those that make the whole file unreliable
+    bool areThereAny = false;  ///< some are common in files that read well all the same
+};
+
+Faults FaultsOf(XSControl_WorkSession& session) {
+    Faults faults;
+    Interface_CheckIterator checks = session.ModelCheckList(/*complete=*/true);
+    for (checks.Start(); checks.More(); checks.Next())
+        for (int i = 1; i <= checks.Value()->NbFails(); ++i) {
+            faults.areThereAny = true;
+            const std::string_view text = checks.Value()->CFail(i);
+            constexpr std::string_view parsing = "Undefined Parsing: ";
+            const bool isReference = text.starts_with("Unresolved Reference");
+            if (faults.syntax.empty() && (isReference || text.starts_with(parsing)))
+                faults.syntax = text.substr(isReference ? 0 : parsing.size());
+        }
+    return faults;
+}
+
 template <class Reader>
-void Transfer(Reader& reader, const std::filesystem::path& file, Document& target) {
+void Transfer(Reader& reader, const opencascade::handle<XSControl_WorkSession>& session,
+              const std::filesystem::path& file, Document& target) {
     reader.SetNameMode(true);
     reader.SetColorMode(true);
     reader.SetLayerMode(true);
     if (reader.ReadFile(file.c_str()) != IFSelect_RetDone)
         throw std::runtime_error("the file is broken");
+    const Faults faults = FaultsOf(*session);
+    if (!faults.syntax.empty()) throw std::runtime_error("the file is broken: " + faults.syntax);
+    if (faults.areThereAny &&
+        !Survives([&] { (void)reader.Transfer(target.document); }, ProbeSeconds(file)))
+        throw std::runtime_error("the file is broken: its entities do not fit together");
     if (!reader.Transfer(target.document))
         throw std::runtime_error("the file holds no shape that can be taken over");
 }
@@ -87,7 +118,7 @@ CadModel ReadStepDocument(const std::filesystem::path& file) {
     RequireWholeStep(file);
     Document document;
     STEPCAFControl_Reader reader;
-    Transfer(reader, file, document);
+    Transfer(reader, reader.Reader().WS(), file, document);
     CadLabels labels(*document.document, GeometryUri(file), file.stem().string());
     return Checked(labels.readTree());
 }
@@ -96,7 +127,7 @@ CadModel ReadIgesDocument(const std::filesystem::path& file) {
     RequireWholeIges(file);
     Document document;
     IGESCAFControl_Reader reader;
-    Transfer(reader, file, document);
+    Transfer(reader, reader.WS(), file, document);
     CadLabels labels(*document.document, GeometryUri(file), file.stem().string());
     return Checked(labels.readAsOnePart());
 }

@@ -1,14 +1,19 @@
 #include "apps/vrnview/readers/CadModel.h"
 
+#include <BRep_Builder.hxx>
 #include <BRepBuilderAPI_Transform.hxx>
+#include <BRepTools.hxx>
 #include <gp_Trsf.hxx>
 
 #include <stdexcept>
+#include <string_view>
 
 #include "apps/vrnview/readers/CadDocument.h"
 #include "apps/vrnview/readers/FileBytes.h"
 #include "apps/vrnview/readers/GeometryUri.h"
 #include "apps/vrnview/readers/OcctGuard.h"
+#include "apps/vrnview/readers/Probe.h"
+#include "apps/vrnview/readers/Words.h"
 #include "suite/geom/ShapeTools.h"
 #include "suite/layout/Body.h"
 
@@ -38,7 +43,23 @@ TopoDS_Shape Scaled(const TopoDS_Shape& shape, double factor) {
     return scaled;
 }
 
+/// Whether the file starts and ends as one of bodies does. What does not is refused by the body's own
+/// reader, before it reads on.
+bool LooksWhole(const std::filesystem::path& file) {
+    const std::string bytes = ReadBytes(file);
+    const std::size_t star = bytes.rfind('*');  // closes each shape
+    if (bytes.find("CASCADE Topology V") > 256 || star == std::string::npos) return false;
+    Words tail(std::string_view(bytes).substr(star + 1));
+    return !tail.next().empty() && !tail.next().empty();
+}
+
 CadModel ReadBrep(const std::filesystem::path& file, double unitMm) {
+    const auto tryOut = [&file] {
+        TopoDS_Shape tried;
+        BRepTools::Read(tried, file.c_str(), BRep_Builder());
+    };
+    if (LooksWhole(file) && !Survives(tryOut, ProbeSeconds(file)))
+        throw std::runtime_error("the file is broken: its shapes do not fit together");
     std::string uri = GeometryUri(file);
     TopoDS_Shape shape = LoadBrep(uri);
     if (unitMm != 1) {

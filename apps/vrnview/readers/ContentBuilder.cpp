@@ -37,6 +37,10 @@ double UniformUnit(const GeometryUse& use) {
 /// The shape of a link that has no file, its middle at the origin.
 TopoDS_Shape SolidOf(const LinkShape& shape) {
     const auto& size = shape.size;
+    const bool hasHeight = shape.kind != LinkShape::Kind::Sphere;
+    const bool hasDepth = shape.kind == LinkShape::Kind::Box;
+    if (!(size.x > 0) || (hasHeight && !(size.y > 0)) || (hasDepth && !(size.z > 0)))
+        throw std::runtime_error("its sizes must be above 0");
     switch (shape.kind) {
         case LinkShape::Kind::Box:
             return BRepPrimAPI_MakeBox(gp_Pnt(-size.x / 2, -size.y / 2, -size.z / 2), size.x,

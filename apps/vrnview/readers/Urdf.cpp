@@ -262,6 +262,7 @@ std::filesystem::path FindMesh(const std::string& name, const std::filesystem::p
     if (!name.starts_with(packagePrefix)) return folder / name;
 
     const std::filesystem::path inside = name.substr(packagePrefix.size());
+    if (inside.empty()) return folder / inside;
     const std::filesystem::path package = *inside.begin();
     std::error_code ignored;
     for (std::filesystem::path up = folder; up.has_relative_path(); up = up.parent_path()) {
