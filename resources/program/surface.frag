@@ -16,12 +16,14 @@ uniform float rimOpacity;   // added where the surface turns away
 
 out vec4 pixel;
 
-// A maker's colour goes over coloured parts. Grey and black ones (covers, cables, plates) keep
-// their tone, so that a painted machine does not look cast in one piece.
+// A maker's colour goes over coloured parts and over light ones, which is what a part without a
+// colour of its own is. Dark grey and black ones (covers, cables, plates) keep their tone, so that
+// a painted machine does not look cast in one piece.
 vec3 Liveried(vec3 given) {
     float most = max(given.r, max(given.g, given.b));
     float least = min(given.r, min(given.g, given.b));
-    return mix(given, livery.rgb, livery.a * smoothstep(0.15, 0.30, most - least));
+    float painted = max(smoothstep(0.15, 0.30, most - least), smoothstep(0.60, 0.72, most));
+    return mix(given, livery.rgb, livery.a * painted);
 }
 
 void main() {

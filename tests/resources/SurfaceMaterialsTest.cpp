@@ -156,14 +156,16 @@ TEST_F(SurfaceMaterials, AllLightsAtOnceDoNotBleachAColour) {
     EXPECT_LT(LitDistance(seen, blue), 0.06f) << seen;
 }
 
-TEST_F(SurfaceMaterials, AMakersColourLeavesGreyAndBlackPartsAsTheyAre) {
+TEST_F(SurfaceMaterials, AMakersColourPaintsColouredAndLightPartsAndLeavesGreyAndBlackOnes) {
     stage.addSquare("KUKA", 40, {0.6f, 0.6f, 0.6f, 1}, {-50, 0, 0});
     stage.addSquare("KUKA", 40, {0.05f, 0.05f, 0.05f, 1});
     stage.addSquare("KUKA", 40, Opaque({0.93f, 0.11f, 0.14f}), {50, 0, 0});
+    stage.addSquare("KUKA", 40, Opaque({0.75f, 0.77f, 0.80f}), {50, 45, 0});
     const headless::Picture picture = stage.render();
     EXPECT_LT(LitDistance(ColourAt(picture, 30, 60), {0.6f, 0.6f, 0.6f}), 0.05f);
     EXPECT_LT(LitDistance(ColourAt(picture, 80, 60), {0.05f, 0.05f, 0.05f}), 0.05f);
     EXPECT_LT(LitDistance(ColourAt(picture, 130, 60), {0.96f, 0.42f, 0.10f}), 0.05f);
+    EXPECT_LT(LitDistance(ColourAt(picture, 130, 15), {0.96f, 0.42f, 0.10f}), 0.05f);
 }
 
 TEST_F(SurfaceMaterials, ACopyShowsWhatIsBehindItAndOneOfItsWallsOnly) {
