@@ -1,6 +1,8 @@
 #include "apps/vrnview/Commands.h"
 
+#include <format>
 #include <iostream>
+#include <string_view>
 #include <vector>
 
 #include "apps/vrnview/Report.h"
@@ -16,14 +18,34 @@ std::vector<InputReport> OpenAll(Viewer& viewer, const std::vector<InputFile>& i
     std::vector<InputReport> reports;
     for (const InputFile& input : inputs) {
         reports.push_back(viewer.open(input));
-        if (!reports.back().isOk()) std::cerr << ErrorLine(reports.back());
+        std::cerr << ErrorLines(reports.back());
     }
     return reports;
 }
 
+/// Names on the command line that stand for nothing get a line each; false if there is one.
+bool NamesAreKnown(const Viewer& viewer, const Options& options) {
+    bool known = true;
+    const auto tell = [&known](std::string_view option, const std::string& name,
+                               std::string_view what) {
+        std::cerr << std::format("vrnview: {} {}: no input has {} of that name\n", option, name,
+                                 what);
+        known = false;
+    };
+    for (const std::string& joint : viewer.unknownJoints()) tell("--joint", joint, "a joint");
+    const auto check = [&](std::string_view option, const std::vector<std::string>& names) {
+        for (const std::string& name : names)
+            if (!viewer.idOf(name)) tell(option, name, "an object");
+    };
+    check("--select", options.looks.select);
+    check("--highlight", options.looks.highlight);
+    check("--hide", options.looks.hide);
+    return known;
+}
+
 int StatusOf(const std::vector<InputReport>& reports) {
     for (const InputReport& report : reports)
-        if (!report.isOk()) return 1;
+        if (!report.isOk() || !report.problems.empty()) return 1;
     return 0;
 }
 
@@ -35,10 +57,12 @@ std::vector<InputFile> PlainInputs(const Options& options) {
 
 int RenderInputs(const Options& options, const std::vector<InputFile>& inputs) {
     Viewer viewer;
+    viewer.setJoints(options.joints);
     const std::vector<InputReport> reports = OpenAll(viewer, inputs);
-    viewer.takePicture(options.widthPx, options.heightPx, options.view).savePng(options.output);
+    const bool known = NamesAreKnown(viewer, options);
+    viewer.takePicture(options.widthPx, options.heightPx, options.looks).savePng(options.output);
     std::cout << options.output.string() << '\n' << CountsLine(viewer.report().totals) << '\n';
-    return StatusOf(reports);
+    return known ? StatusOf(reports) : 1;
 }
 
 int RunDemo(const Options& options) {
@@ -52,11 +76,13 @@ int RunDemo(const Options& options) {
 
 int RunInfo(const Options& options) {
     Viewer viewer;
+    viewer.setJoints(options.joints);
     const std::vector<InputReport> inputs = OpenAll(viewer, PlainInputs(options));
+    const bool known = NamesAreKnown(viewer, options);
     SceneReport report = viewer.report();
     report.inputs = inputs;
     std::cout << (options.json ? JsonOf(report) : TextOf(report));
-    return StatusOf(inputs);
+    return known ? StatusOf(inputs) : 1;
 }
 
 }  // namespace

@@ -138,4 +138,37 @@ CameraPlacement FramePoints(std::span<const Pos> points, const Bounds& furniture
     return placement;
 }
 
+CameraPlacement LookFrom(const CameraSpot& spot, std::span<const Pos> points,
+                         const Bounds& furniture) {
+    const Vec way = spot.target - spot.position;
+    const Vec forward = way.length() > rob::zeroLength ? way.normalized() : Vec{0, 1, 0};
+    constexpr double upright = 1e-6;  // of the sine of the angle to the vertical
+    const bool isSteep = forward.cross({0, 0, 1}).length() < upright;
+    const Vec right = forward.cross(isSteep ? Vec{0, 1, 0} : Vec{0, 0, 1}).normalized();
+
+    double nearest = std::numeric_limits<double>::infinity(), farthest = 0;
+    const auto see = [&](const Pos& point) {
+        const double depth = (point - spot.position).dot(forward);
+        if (!std::isfinite(depth) || depth <= 0) return;
+        nearest = std::min(nearest, depth);
+        farthest = std::max(farthest, depth);
+    };
+    for (const Pos& point : points) see(point);
+    const double nearestPoint = nearest;
+    for (const Pos& corner : CornersOf(furniture)) see(corner);
+    if (farthest <= 0) farthest = std::max(way.length(), 1.0);
+
+    CameraPlacement placement;
+    placement.pose.position = spot.position;
+    placement.pose.rotation =
+        rob::RotationTemplate<double>::FromAxes(right, right.cross(forward), -forward);
+    placement.farClip = farthest * 1.1;
+    // The graphics card tells depths apart over no more than some five orders of magnitude; a body
+    // that the camera stands in or close to asks for the nearest.
+    const double least = placement.farClip * 1e-5;
+    placement.nearClip =
+        std::isfinite(nearestPoint) ? std::max(nearestPoint / 2, least) : farthest / 100;
+    return placement;
+}
+
 }  // namespace vrn::host

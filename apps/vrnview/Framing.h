@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "apps/vrnview/Bounds.h"
+#include "apps/vrnview/readers/CameraSpot.h"
 #include "suite/rob/PoseTypes.h"
 
 namespace vrn::host {
@@ -39,6 +40,13 @@ struct CameraPlacement {
 [[nodiscard]] CameraPlacement FramePoints(std::span<const rob::PosTemplate<double>> points,
                                           const Bounds& furniture, StandardView view,
                                           const FieldOfView& fov);
+
+/// Looks from a spot, Z up; what lies on the line of sight from straight above or below has +Y up.
+/// The clip distances hold all of `points` that is in front of the camera. A spot that looks at
+/// itself looks along +Y. Thread: pure.
+[[nodiscard]] CameraPlacement LookFrom(const CameraSpot& spot,
+                                       std::span<const rob::PosTemplate<double>> points,
+                                       const Bounds& furniture);
 
 /// The eight corners of a box; none of an empty one. Thread: pure.
 [[nodiscard]] std::vector<rob::PosTemplate<double>> CornersOf(const Bounds& box);

@@ -17,13 +17,4 @@ struct InputFile {
 /// know.
 void CheckInput(const std::filesystem::path& file);
 
-/// A longer reason than the reader's, where the file itself tells one: a binary STL whose size is
-/// not what its triangle count asks for. Otherwise `readerMessage`. Throws nothing but
-/// std::bad_alloc.
-[[nodiscard]] std::string ExplainStlFailure(const std::filesystem::path& file,
-                                            const std::string& readerMessage);
-
-/// The URI under which the library reads `file`: its absolute path.
-[[nodiscard]] std::string GeometryUri(const std::filesystem::path& file);
-
 }  // namespace vrn::host

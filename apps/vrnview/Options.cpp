@@ -4,10 +4,14 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <format>
 #include <map>
 #include <sstream>
 #include <string_view>
+
+#include "apps/vrnview/readers/Content.h"
+#include "apps/vrnview/readers/Words.h"
 
 namespace vrn::host {
 
@@ -31,6 +35,89 @@ void ReadSize(const std::string& text, Options& options) {
             std::format("'{}' is not WIDTHxHEIGHT in pixels, each from 1 to {}", text, maxSizePx));
 }
 
+/// The numbers of a text that has exactly `count` of them between commas; else nothing.
+std::optional<std::vector<double>> NumbersOf(std::string_view text, std::size_t count) {
+    std::vector<double> numbers;
+    while (true) {
+        const std::size_t comma = text.find(',');
+        const std::optional<double> number = NumberOf(text.substr(0, comma));
+        if (!number || !std::isfinite(*number)) return std::nullopt;
+        numbers.push_back(*number);
+        if (comma == std::string_view::npos) break;
+        text.remove_prefix(comma + 1);
+    }
+    return numbers.size() == count ? std::optional(numbers) : std::nullopt;
+}
+
+void ReadMode(const std::string& name, Options& options) {
+    const auto& names = DisplayModeNames();
+    const auto found = std::ranges::find(names, name);
+    if (found == names.end())
+        throw CLI::ValidationError(
+            "--mode", std::format("'{}' is not one of shaded|edges|lines|triangles", name));
+    options.looks.mode = static_cast<visual::Scene::DisplayMode>(found - names.begin());
+}
+
+void ReadCamera(const std::string& text, Options& options) {
+    const auto numbers = NumbersOf(text, 6);
+    if (!numbers)
+        throw CLI::ValidationError(
+            "--camera", std::format("'{}' is not px,py,pz,tx,ty,tz in millimetres", text));
+    const auto& n = *numbers;
+    const CameraSpot spot{{n[0], n[1], n[2]}, {n[3], n[4], n[5]}};
+    if (!((spot.target - spot.position).length() > rob::zeroLength))
+        throw CLI::ValidationError("--camera", "it stands where it looks at");
+    options.looks.camera = spot;
+}
+
+void ReadJoint(const std::string& text, Options& options) {
+    const std::size_t equals = text.rfind('=');
+    const auto value = equals == std::string::npos
+                           ? std::nullopt
+                           : NumberOf(std::string_view(text).substr(equals + 1));
+    if (!value || !std::isfinite(*value) || equals == 0)
+        throw CLI::ValidationError("--joint", std::format("'{}' is not NAME=DEGREES", text));
+    options.joints.push_back({text.substr(0, equals), *value});
+}
+
+void AddJointOption(CLI::App& command, Options& options) {
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--joint",
+            [&options](const std::vector<std::string>& texts) {
+                for (const std::string& text : texts) ReadJoint(text, options);
+            },
+            "pose a robot: degrees, millimetres for a sliding joint (repeatable)")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->type_name("NAME=DEG");
+}
+
+void AddLookOptions(CLI::App& command, Options& options) {
+    AddJointOption(command, options);
+    command
+        .add_option_function<std::string>(
+            "--mode", [&options](const std::string& name) { ReadMode(name, options); },
+            "what is drawn of bodies (default shaded)")
+        ->type_name("shaded|edges|lines|triangles");
+    command
+        .add_option_function<std::string>(
+            "--camera", [&options](const std::string& text) { ReadCamera(text, options); },
+            "where to stand and what to look at, in millimetres, Z up")
+        ->type_name("px,py,pz,tx,ty,tz")
+        ->excludes("--view");
+    const auto addObjects = [&command](const char* name, std::vector<std::string>& ids,
+                                       const char* text) {
+        command.add_option(name, ids, text)
+            ->expected(1)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+            ->type_name("ID");
+    };
+    addObjects("--select", options.looks.select, "show an object as selected (repeatable)");
+    addObjects("--highlight", options.looks.highlight, "show an object as highlighted");
+    addObjects("--hide", options.looks.hide, "leave an object out (repeatable)");
+}
+
 void AddPictureOptions(CLI::App& command, Options& options) {
     command
         .add_option_function<std::string>(
@@ -52,13 +139,19 @@ void AddPictureOptions(CLI::App& command, Options& options) {
                 if (found == views.end())
                     throw CLI::ValidationError("--view",
                                                std::format("'{}' is not one of {}", name, names));
-                options.view = found->second;
+                options.looks.view = found->second;
             },
             "where to look from (default iso)")
         ->type_name(names);
+    AddLookOptions(command, options);
 }
 
 }  // namespace
+
+const std::vector<std::string_view>& DisplayModeNames() {
+    static const std::vector<std::string_view> names{"shaded", "edges", "lines", "triangles"};
+    return names;
+}
 
 ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     Options options;
@@ -68,20 +161,22 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     CLI::App* demo = app.add_subcommand("demo", "render the built-in station");
     demo->add_option("-o,--output", options.output, "the picture (default demo.png)")
         ->type_name("FILE.png");
-    demo->add_option("--save", options.saveFolder, "keep the station's STL files in this folder")
+    demo->add_option("--save", options.saveFolder, "keep the station's files in this folder")
         ->type_name("DIR");
     AddPictureOptions(*demo, options);
 
+    const std::string inputsText = std::format("files ({})", supportedFiles);
     CLI::App* render = app.add_subcommand("render", "render files");
-    render->add_option("inputs", options.inputs, "STL files")->required()->type_name("INPUT");
+    render->add_option("inputs", options.inputs, inputsText)->required()->type_name("INPUT");
     render->add_option("-o,--output", options.output, "the picture")
         ->required()
         ->type_name("FILE.png");
     AddPictureOptions(*render, options);
 
     CLI::App* info = app.add_subcommand("info", "tell what files hold");
-    info->add_option("inputs", options.inputs, "STL files")->required()->type_name("INPUT");
+    info->add_option("inputs", options.inputs, inputsText)->required()->type_name("INPUT");
     info->add_flag("--json", options.json, "as JSON");
+    AddJointOption(*info, options);
 
     try {
         // The library takes the arguments from the last to the first.

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "apps/vrnview/Framing.h"
+#include "apps/vrnview/Looks.h"
 
 namespace vrn::host {
 
@@ -19,7 +19,8 @@ struct Options {
     std::optional<std::filesystem::path> saveFolder;  ///< where demo keeps the files that it makes
     int widthPx = 1280;
     int heightPx = 720;
-    StandardView view = StandardView::Iso;
+    Looks looks;
+    std::vector<JointValue> joints;
     bool json = false;
 };
 

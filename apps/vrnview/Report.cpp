@@ -80,6 +80,7 @@ Json InputJson(const InputReport& input) {
     json["file"] = input.file;
     json["ok"] = input.isOk();
     json["error"] = input.isOk() ? Json(nullptr) : Json(input.error);
+    json["problems"] = input.problems;
     json["ms"] = input.ms;
     AddCounts(json, input.counts);
     return json;
@@ -155,11 +156,17 @@ std::string JsonOf(const SceneReport& report) {
            "\n";
 }
 
-std::string ErrorLine(const InputReport& input) {
-    std::string line = std::format("vrnview: {}: {}", input.file, input.error);
-    for (char& c : line)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
-    return line + "\n";
+std::string ErrorLines(const InputReport& input) {
+    std::string lines;
+    const auto add = [&](const std::string& reason) {
+        std::string line = std::format("vrnview: {}: {}", input.file, reason);
+        for (char& c : line)
+            if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
+        lines += line + '\n';
+    };
+    if (!input.isOk()) add(input.error);
+    for (const std::string& problem : input.problems) add(problem);
+    return lines;
 }
 
 }  // namespace vrn::host

@@ -10,6 +10,7 @@
 #include "mesh/Mesh.h"
 #include "mesh/MeshManager.h"
 #include "visual/geometry/MeshVisual.h"
+#include "visual/geometry/PointCloudVisual.h"
 #include "visual/Visual.h"
 #include "visual/VisualType.h"
 
@@ -72,6 +73,11 @@ Counts CountsOf(visual::Visual& visual) {
     counts.faces = visual.getFacesNum();
     counts.triangles = visual.getTrianglesNum();
     counts.vertices = visual.getVerticesNum();
+    ForGeometry(visual, [&](const visual::Visual& body) {
+        if (const auto* cloud = dynamic_cast<const visual::PointCloudVisual*>(&body))
+            counts.points += cloud->getPoints().size();
+        if (body.type == VisualType::Point) ++counts.points;
+    });
     return counts;
 }
 

@@ -25,6 +25,8 @@ struct InputReport {
     std::string error;  ///< empty if the file was read
     double ms = 0;      ///< from the first look at the file until its visuals stood
     Counts counts;
+    /// A line each, for what of a file that was read could not be shown.
+    std::vector<std::string> problems{};
 
     [[nodiscard]] bool isOk() const { return error.empty(); }
 };

@@ -1,14 +1,20 @@
 #include "apps/vrnview/Viewer.h"
 
-#include <OgreException.h>
 #include <OgreRenderWindow.h>
 #include <OgreRoot.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <exception>
+#include <format>
+#include <numbers>
+#include <stdexcept>
 
+#include "apps/vrnview/ContentScene.h"
+#include "apps/vrnview/Failure.h"
+#include "apps/vrnview/readers/Words.h"
 #include "apps/vrnview/StandardOutput.h"
 #include "apps/vrnview/ViewTarget.h"
 #include "engine/RenderEngine.h"
@@ -19,6 +25,8 @@
 #include "suite/geom/BodyColorTool.h"
 #include "suite/layout/Body.h"
 #include "suite/layout/Part.h"
+#include "suite/sdf/SdfManager.h"
+#include "suite/sdf/SdfNode.h"
 #include "view/Camera.h"
 #include "visual/Visual.h"
 
@@ -33,14 +41,13 @@ constexpr int windowWidth = 320, windowHeight = 240;
 /// Half the side of the library's grid: 20 cells of 1000 in the plane z = 0.
 constexpr double gridHalf = 10'000;
 
-Bounds GridBounds() { return {{-gridHalf, -gridHalf, 0}, {gridHalf, gridHalf, 0}}; }
-
-/// What an exception says to a user: the engine's own adds the place in its source to what().
-std::string ReasonOf(const std::exception& error) {
-    if (const auto* engineError = dynamic_cast<const Ogre::Exception*>(&error))
-        return engineError->getDescription();
-    return error.what();
+void Paint(const Content& content, const std::string& colour) {
+    for (const layout::Part* part : content.parts)
+        for (const layout::Body* body : part->bodies())
+            geometry::BodyColorTool::SetBodyColor(body->element, colour);
 }
+
+Bounds GridBounds() { return {{-gridHalf, -gridHalf, 0}, {gridHalf, gridHalf, 0}}; }
 
 }  // namespace
 
@@ -60,9 +67,12 @@ InputReport Viewer::open(const InputFile& input) {
     const auto start = std::chrono::steady_clock::now();
     try {
         CheckInput(input.file);
-        layout::Part* const part =
-            layout::MakeStlPart(model, input.file.stem().string(), GeometryUri(input.file));
-        report.counts = show(input, *part);
+        Content content = ReadContent(input.file);
+        if (input.colour) Paint(content, *input.colour);
+        poseJoints(content);
+        report.counts = ShowContent(content);
+        report.problems = content.problems;
+        contents.push_back(std::move(content));
     } catch (const std::exception& error) {
         report.error = ReasonOf(error);
     }
@@ -71,45 +81,84 @@ InputReport Viewer::open(const InputFile& input) {
     return report;
 }
 
-Counts Viewer::show(const InputFile& input, sdf::SdfNode& part) {
-    auto* const scene = visual::Scene::Get();
-    try {
-        if (input.colour) {
-            for (layout::Body* body : dynamic_cast<layout::Part&>(part).bodies())
-                geometry::BodyColorTool::SetBodyColor(body->element, *input.colour);
+void Viewer::poseJoints(Content& content) {
+    constexpr double degree = std::numbers::pi / 180;
+    for (JointedObject& jointed : content.jointed) {
+        for (const JointValue& wanted : joints) {
+            const auto& known = jointed.kinematics.getJoints();
+            const auto joint = std::ranges::find(known, wanted.joint, &Joint::name);
+            if (joint == known.end()) continue;
+            usedJoints.insert(wanted.joint);
+            const double unit = joint->kind == Joint::Kind::Turning ? degree : 1;
+            try {
+                jointed.kinematics.setValue(wanted.joint, wanted.value * unit);
+            } catch (const std::runtime_error& error) {
+                content.problems.push_back(
+                    std::format("{} = {}: {}", wanted.joint, wanted.value, error.what()));
+            }
         }
-        scene->addPart(&part);
-        // One input a batch: what the task throws ends the batch and comes out here.
-        scene->processMsgs();
-        visual::Visual& shown = *scene->visuals.at(part.id);
-        // Such a picture could not be framed.
-        if (!HasUsableCoordinates(shown))
-            throw std::runtime_error("has coordinates beyond 1e15, too large to be shown");
-        return CountsOf(shown);
-    } catch (const std::exception& error) {
-        const std::string reason = ExplainStlFailure(input.file, ReasonOf(error));
-        discard(part);
-        throw std::runtime_error(reason);
+        jointed.poseLinks();
     }
 }
 
-void Viewer::discard(sdf::SdfNode& part) {
-    auto* const scene = visual::Scene::Get();
-    // A part that could not be finished is in the scene as far as it came.
-    if (scene->visuals.contains(part.id)) {
-        scene->removeVisual(part.id);
-        scene->processMsgs();
-    }
-    model.erase(&part);
+std::vector<std::string> Viewer::unknownJoints() const {
+    std::vector<std::string> unknown;
+    for (const JointValue& wanted : joints)
+        if (!usedJoints.contains(wanted.joint)) unknown.push_back(wanted.joint);
+    return unknown;
 }
 
-headless::Picture Viewer::takePicture(int widthPx, int heightPx, StandardView view) {
-    auto* const scene = visual::Scene::Get();
-    scaleFurniture(BoundsOf(*scene->root));
+std::optional<std::uint32_t> Viewer::idOf(const std::string& name) const {
+    const auto& visuals = visual::Scene::Get()->visuals;
+    for (const Content& content : contents)
+        if (const auto found = content.ids.find(name); found != content.ids.end())
+            if (visuals.contains(found->second)) return found->second;
+    if (const auto number = CountOf(name); number && *number <= UINT32_MAX)
+        if (const auto id = static_cast<std::uint32_t>(*number); visuals.contains(id)) return id;
+    // The oldest object of that name.
+    std::optional<std::uint32_t> oldest;
+    for (const auto& [id, visual] : visuals) {
+        const sdf::SdfNode* object = sdf::SdfManager::inst()->find(id);
+        if (object != nullptr && object->name == name && (!oldest || id < *oldest)) oldest = id;
+    }
+    return oldest;
+}
 
+/// The mode first: it makes all bodies visible.
+void Viewer::apply(const Looks& looks) const {
+    visual::Scene& scene = *visual::Scene::Get();
+    scene.setDisplayMode(looks.mode);
+    for (const Content& content : contents)
+        for (const std::uint32_t id : content.hidden) scene.setVisualVisible(id, false);
+    for (const std::string& name : looks.hide)
+        if (const auto id = idOf(name)) scene.setVisualVisible(*id, false);
+    std::vector<std::uint32_t> selected;
+    for (const std::string& name : looks.select)
+        if (const auto id = idOf(name)) selected.push_back(*id);
+    if (!selected.empty()) scene.setVisualsSelected(selected);
+    for (const std::string& name : looks.highlight)
+        if (const auto id = idOf(name)) scene.setVisualHighlighted(*id);
+    scene.processMsgs();
+    selection::VisualSelection::Get()->update();
+}
+
+CameraPlacement Viewer::placeCamera(const Looks& looks, double aspect) const {
+    const std::vector<rob::PosTemplate<double>> outline = OutlineOf(*visual::Scene::Get()->root);
+    std::optional<CameraSpot> spot = looks.camera;
+    if (!spot && !looks.view)
+        for (const Content& content : contents)
+            if (!spot) spot = content.camera;
+    if (spot) return LookFrom(*spot, outline, GridBounds());
+    const FieldOfView fov{visual::Camera::Get()->getHFOV(), aspect};
+    return FramePoints(outline, GridBounds(), looks.view.value_or(StandardView::Iso), fov);
+}
+
+headless::Picture Viewer::takePicture(int widthPx, int heightPx, const Looks& looks) {
+    scaleFurniture(BoundsOf(*visual::Scene::Get()->root));
     ViewTarget target(widthPx, heightPx);
-    const FieldOfView fov{visual::Camera::Get()->getHFOV(), target.getAspect()};
-    return target.takePicture(FramePoints(OutlineOf(*scene->root), GridBounds(), view, fov));
+    // Behind the target, for the outline of what is selected needs a viewport.
+    apply(looks);
+    return target.takePicture(placeCamera(looks, target.getAspect()));
 }
 
 /// The world frame's axes are a tenth of the scene long; where even the shortest would hide the

@@ -1,13 +1,18 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "apps/headless/Picture.h"
 #include "apps/headless/VirtualDisplay.h"
-#include "apps/vrnview/Framing.h"
 #include "apps/vrnview/InputFile.h"
+#include "apps/vrnview/Looks.h"
+#include "apps/vrnview/readers/Content.h"
 #include "apps/vrnview/SceneReport.h"
-#include "suite/sdf/ObjectStore.h"
 
 namespace vrn::host {
 
@@ -15,7 +20,7 @@ namespace vrn::host {
 ///
 ///     Viewer viewer;
 ///     const InputReport report = viewer.open({"bracket.stl", {}});
-///     viewer.takePicture(1280, 720, StandardView::Iso).savePng("bracket.png");
+///     viewer.takePicture(1280, 720, Looks{}).savePng("bracket.png");
 ///
 /// One a process, since the engine is. Thread: the one that made it.
 class Viewer {
@@ -26,23 +31,36 @@ public:
     Viewer(const Viewer&) = delete;
     Viewer& operator=(const Viewer&) = delete;
 
-    /// Shows the file as a part of one body. What goes wrong is told in the report, and then
-    /// nothing of the input stays in the scene.
+    /// What the joints of robots and devices that are opened from now on stand at.
+    void setJoints(std::vector<JointValue> values) { joints = std::move(values); }
+    /// The names of the joints that nothing opened so far has.
+    [[nodiscard]] std::vector<std::string> unknownJoints() const;
+
+    /// Shows what the file holds. What goes wrong is told in the report; of a file that could not
+    /// be read nothing stays in the scene.
     InputReport open(const InputFile& input);
 
-    /// The scene as it stands, framed from `view`; see ViewTarget for how it is rendered.
-    [[nodiscard]] headless::Picture takePicture(int widthPx, int heightPx, StandardView view);
+    /// The visual's id that one of the names in Looks stands for; nothing for one that is not
+    /// there.
+    [[nodiscard]] std::optional<std::uint32_t> idOf(const std::string& name) const;
+
+    /// The scene with these looks, which stay; names of no object are passed over. See ViewTarget
+    /// for how it is rendered.
+    [[nodiscard]] headless::Picture takePicture(int widthPx, int heightPx, const Looks& looks);
 
     /// The scene as it stands; `inputs` is left empty.
     [[nodiscard]] SceneReport report() const;
 
 private:
-    Counts show(const InputFile& input, sdf::SdfNode& part);
-    void discard(sdf::SdfNode& part);
+    void poseJoints(Content& content);
+    void apply(const Looks& looks) const;
+    [[nodiscard]] CameraPlacement placeCamera(const Looks& looks, double aspect) const;
     void scaleFurniture(const Bounds& scene);
 
     headless::VirtualDisplay display;  ///< before all that draws on it
-    sdf::ObjectStore model;
+    std::vector<Content> contents;     ///< of the files that were opened
+    std::vector<JointValue> joints;
+    std::set<std::string> usedJoints;
 };
 
 }  // namespace vrn::host

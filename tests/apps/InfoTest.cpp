@@ -49,7 +49,7 @@ TEST_F(Info, JsonHasThePromisedShape) {
     ASSERT_EQ(report["inputs"].size(), 1u);
     const json& input = report["inputs"][0];
     EXPECT_THAT(Keys(input), ElementsAre("bodies", "error", "faces", "file", "ms", "ok", "points",
-                                         "triangles", "vertices"));
+                                         "problems", "triangles", "vertices"));
     EXPECT_EQ(input["file"], box);
     EXPECT_EQ(input["ok"], true);
     EXPECT_TRUE(input["error"].is_null());
@@ -100,7 +100,7 @@ TEST_F(Info, EachBadInputIsOneLineAndTheOthersAreRead) {
     WriteBytes(path("cut.stl"), bytes.substr(0, bytes.size() - 10));
     WriteBytes(path("short.stl"), bytes.substr(0, 50));
     WriteBytes(path("prose.stl"), "This is no mesh.\nIt has two lines.\n");
-    WriteBytes(path("part.step"), "ISO-10303-21;");
+    WriteBytes(path("part.obj"), "v 1 2 3");
     std::filesystem::create_directory(path("folder.stl"));
     const std::vector<std::pair<std::string, std::string>> bad{
         {"missing.stl", "No such file or directory"},
@@ -108,7 +108,7 @@ TEST_F(Info, EachBadInputIsOneLineAndTheOthersAreRead) {
         {"cut.stl", "Bad STL File: a binary STL of 12 triangles has 684 bytes, this file has 674"},
         {"short.stl", "Bad STL File"},
         {"prose.stl", "Bad STL File"},
-        {"part.step", "unsupported file type"},
+        {"part.obj", "unsupported file type"},
         {"folder.stl", "is a directory, not a file"}};
     std::vector<std::string> arguments{"info", "--json"};
     for (const auto& [name, reason] : bad) arguments.push_back(path(name));

@@ -10,6 +10,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "apps/vrnview/readers/GeometryUri.h"
+#include "apps/vrnview/readers/StlFile.h"
 #include "apps/vrnview/TempFolder.h"
 #include "tests/apps/TestFiles.h"
 
@@ -61,7 +63,7 @@ TEST_F(InputFileTest, PipeIsRefusedInsteadOfWaitedFor) {
 }
 
 TEST_F(InputFileTest, OtherExtensionsAreUnsupported) {
-    for (const char* name : {"a.obj", "a.Stl", "a", "stl", "a.stl.txt", ".stl"})
+    for (const char* name : {"a.obj", "a.dae", "a", "stl", "a.stl.txt", ".stl"})
         EXPECT_THAT(reasonAgainst(file(name, "solid")), testing::HasSubstr("unsupported file type"))
             << name;
 }

@@ -33,7 +33,7 @@ TEST(Options, DemoHasDefaults) {
     EXPECT_EQ(options.output, "demo.png");
     EXPECT_EQ(options.widthPx, 1280);
     EXPECT_EQ(options.heightPx, 720);
-    EXPECT_EQ(options.view, StandardView::Iso);
+    EXPECT_FALSE(options.looks.view);
     EXPECT_FALSE(options.saveFolder);
 }
 
@@ -51,16 +51,16 @@ TEST(Options, RenderTakesInputsInOrderAroundItsOptions) {
     EXPECT_EQ(options.output, "p.png");
     EXPECT_EQ(options.widthPx, 640);
     EXPECT_EQ(options.heightPx, 360);
-    EXPECT_EQ(options.view, StandardView::Top);
+    EXPECT_EQ(options.looks.view, StandardView::Top);
 }
 
 TEST(Options, EveryViewHasItsName) {
     ASSERT_THAT(StandardViewNames(),
                 ElementsAre("iso", "front", "back", "left", "right", "top", "bottom"));
     for (std::size_t i = 0; i < StandardViewNames().size(); ++i)
-        EXPECT_EQ(
-            Parsed({"render", "a", "-o", "p", "--view", std::string(StandardViewNames()[i])}).view,
-            static_cast<StandardView>(i));
+        EXPECT_EQ(Parsed({"render", "a", "-o", "p", "--view", std::string(StandardViewNames()[i])})
+                      .looks.view,
+                  static_cast<StandardView>(i));
 }
 
 TEST(Options, InfoTakesJson) {

@@ -23,8 +23,8 @@ SceneReport Example() {
 TEST(Report, JsonHasThePromisedShape) {
     EXPECT_EQ(
         JsonOf(Example()),
-        R"({"inputs":[{"file":"a.stl","ok":true,"error":null,"ms":1.5,"bodies":1,"faces":1,"triangles":12,)"
-        R"("vertices":36,"points":0},{"file":"b.stl","ok":false,"error":"No such file or directory","ms":0.25,)"
+        R"({"inputs":[{"file":"a.stl","ok":true,"error":null,"problems":[],"ms":1.5,"bodies":1,"faces":1,"triangles":12,)"
+        R"("vertices":36,"points":0},{"file":"b.stl","ok":false,"error":"No such file or directory","problems":[],"ms":0.25,)"
         R"("bodies":0,"faces":0,"triangles":0,"vertices":0,"points":0}],)"
         R"("totals":{"bodies":1,"faces":1,"triangles":12,"vertices":36,"points":0},)"
         R"("bounds":{"min":[0.0,-1.0,0.5],"max":[1.0,2.0,3.0]},)"
@@ -65,9 +65,9 @@ TEST(Report, TextOfAnEmptySceneHasNoBounds) {
 }
 
 TEST(Report, ErrorLineIsOneLineNamingFileAndReason) {
-    EXPECT_EQ(ErrorLine({"b.stl", "the file is empty", 0, {}}),
+    EXPECT_EQ(ErrorLines({"b.stl", "the file is empty", 0, {}}),
               "vrnview: b.stl: the file is empty\n");
-    EXPECT_EQ(ErrorLine({"two\nlines\x1b.stl", "broken\r\n", 0, {}}),
+    EXPECT_EQ(ErrorLines({"two\nlines\x1b.stl", "broken\r\n", 0, {}}),
               "vrnview: two?lines?.stl: broken??\n");
 }
 

@@ -43,8 +43,8 @@ TopoDS_Shape Scaled(const TopoDS_Shape& shape, double factor) {
     return scaled;
 }
 
-/// Whether the file starts and ends as one of bodies does. What does not is refused by the body's own
-/// reader, before it reads on.
+/// Whether the file starts and ends as one of bodies does. What does not is refused by the body's
+/// own reader, before it reads on.
 bool LooksWhole(const std::filesystem::path& file) {
     const std::string bytes = ReadBytes(file);
     const std::size_t star = bytes.rfind('*');  // closes each shape

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/vrnview/readers/CameraSpot.h"
 #include "apps/vrnview/readers/Robot.h"
 #include "mesh/Mesh.h"
 #include "suite/layout/Layout.h"
@@ -35,12 +36,6 @@ struct JointedObject {
 
     /// Takes the links, in the model, to where the joints' values put them.
     void poseLinks();
-};
-
-/// A camera by where it stands and what it looks at; Z is up.
-struct CameraSpot {
-    rob::PosTemplate<double> position, target;
-    friend bool operator==(const CameraSpot&, const CameraSpot&) = default;
 };
 
 /// What a file turned out to hold: model objects, and what of them the scene is to be told.

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/vrnview/Framing.h"
+#include "apps/vrnview/readers/CameraSpot.h"
+#include "engine/Scene.h"
+
+namespace vrn::host {
+
+/// A joint and where it is to stand: degrees, millimetres for a sliding joint.
+struct JointValue {
+    std::string joint;
+    double value = 0;
+    friend bool operator==(const JointValue&, const JointValue&) = default;
+};
+
+/// How the scene is shown. Objects go by the number of their visual, by the id that a station file
+/// gives them, or by their name.
+struct Looks {
+    visual::Scene::DisplayMode mode = visual::Scene::DisplayMode::Shaded;
+    std::vector<std::string> hide, select, highlight;
+    /// A standard view that frames the scene; without one and without a camera, that of the first
+    /// station that names a camera, else the iso view.
+    std::optional<StandardView> view;
+    std::optional<CameraSpot> camera;
+};
+
+/// The names of the display modes on the command line, in the order of Scene::DisplayMode.
+[[nodiscard]] const std::vector<std::string_view>& DisplayModeNames();
+
+}  // namespace vrn::host
