@@ -156,5 +156,36 @@ TEST(Framing, LooseScenesAreFramedByTheirOuterPoints) {
     EXPECT_NEAR(Project(camera, fov, {10, 0, 0.5}).x, 0.92, 1e-6);
 }
 
+TEST(LookFrom, StandsAtTheSpotAndLooksAtTheTarget) {
+    const CameraPlacement placement = LookFrom({{0, -100, 0}, {0, 0, 0}}, {}, {});
+    EXPECT_EQ(placement.pose.position, (rob::PosTemplate<double>{0, -100, 0}));
+    const auto forward = placement.pose.rotation.rotated({0, 0, -1});
+    const auto up = placement.pose.rotation.rotated({0, 1, 0});
+    EXPECT_NEAR(forward.y, 1, 1e-12);
+    EXPECT_NEAR(up.z, 1, 1e-12);
+}
+
+TEST(LookFrom, StraightDownHasYUp) {
+    for (const double height : {100.0, -100.0}) {
+        const CameraPlacement placement = LookFrom({{5, 5, height}, {5, 5, 0}}, {}, {});
+        EXPECT_NEAR(placement.pose.rotation.rotated({0, 1, 0}).y, 1, 1e-12);
+    }
+}
+
+TEST(LookFrom, ClipDistancesHoldWhatIsInFront) {
+    const std::vector<rob::PosTemplate<double>> points{{0, 10, 0}, {0, 500, 0}, {0, -50, 0}};
+    const CameraPlacement placement = LookFrom({{0, 0, 0}, {0, 1, 0}}, points, {});
+    EXPECT_GT(placement.nearClip, 0);
+    EXPECT_LE(placement.nearClip, 10);
+    EXPECT_GE(placement.farClip, 500);
+}
+
+TEST(LookFrom, SpotThatLooksAtItselfAndEmptyScenesStillGiveACamera) {
+    const CameraPlacement placement = LookFrom({{1, 2, 3}, {1, 2, 3}}, {}, {});
+    EXPECT_NEAR(placement.pose.rotation.rotated({0, 0, -1}).y, 1, 1e-12);
+    EXPECT_GT(placement.nearClip, 0);
+    EXPECT_GT(placement.farClip, placement.nearClip);
+}
+
 }  // namespace
 }  // namespace vrn::host

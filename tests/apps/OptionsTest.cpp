@@ -105,5 +105,40 @@ TEST(Options, HelpIsNoError) {
     EXPECT_THAT(parsed.end->text, HasSubstr("--view iso|front|back|left|right|top|bottom"));
 }
 
+TEST(Options, LooksAreReadByName) {
+    const Options options =
+        Parsed({"render",   "a.stl", "-o",       "p",       "--mode",      "lines",
+                "--select", "1",     "--select", "b",       "--highlight", "c",
+                "--hide",   "d",     "--hide",   "e",       "--camera",    "1,-2,3.5,0,0,1e2",
+                "--joint",  "j1=30", "--joint",  "a=b=-1.5"});
+    EXPECT_EQ(options.looks.mode, visual::Scene::DisplayMode::EdgesOnly);
+    EXPECT_THAT(options.looks.select, ElementsAre("1", "b"));
+    EXPECT_THAT(options.looks.highlight, ElementsAre("c"));
+    EXPECT_THAT(options.looks.hide, ElementsAre("d", "e"));
+    EXPECT_EQ(options.looks.camera, (CameraSpot{{1, -2, 3.5}, {0, 0, 100}}));
+    EXPECT_THAT(options.joints, ElementsAre(JointValue{"j1", 30}, JointValue{"a=b", -1.5}));
+}
+
+TEST(Options, ModesHaveTheOrderOfTheLibrary) {
+    const std::vector<std::string> names{"shaded", "edges", "lines", "triangles"};
+    for (std::size_t i = 0; i < names.size(); ++i)
+        EXPECT_EQ(Parsed({"demo", "--mode", names[i]}).looks.mode,
+                  static_cast<visual::Scene::DisplayMode>(i));
+}
+
+TEST(Options, MalformedLooksAreRefusedByName) {
+    const auto refusal = [](const std::string& option, const std::string& value) {
+        return Refusal({"render", "a.stl", "-o", "p", option, value});
+    };
+    EXPECT_THAT(refusal("--mode", "wire"), HasSubstr("'wire' is not one of shaded"));
+    for (const char* camera : {"", "1,2,3", "1,2,3,4,5", "1,2,3,4,5,6,7", "1,2,3,4,5,x",
+                               "1,2,3,4,5,nan", "1 2 3 4 5 6", "1,2,3,4,5,6,"})
+        EXPECT_NE(refusal("--camera", camera), "") << camera;
+    EXPECT_THAT(refusal("--camera", "1,2,3,1,2,3"), HasSubstr("it stands where it looks at"));
+    for (const char* joint : {"j", "j=", "=3", "j=x", "j=inf", "j=1deg"})
+        EXPECT_THAT(refusal("--joint", joint), HasSubstr("is not NAME=DEGREES")) << joint;
+    EXPECT_NE(Refusal({"render", "a", "-o", "p", "--view", "top", "--camera", "1,2,3,4,5,6"}), "");
+}
+
 }  // namespace
 }  // namespace vrn::host

@@ -71,6 +71,13 @@ TEST(Report, ErrorLineIsOneLineNamingFileAndReason) {
               "vrnview: two?lines?.stl: broken??\n");
 }
 
+TEST(Report, EachProblemOfAnInputIsALineOfItsOwn) {
+    EXPECT_EQ(ErrorLines({"cell.station.json", "", 0, {}, {"object 1: no", "object 2: no"}}),
+              "vrnview: cell.station.json: object 1: no\n"
+              "vrnview: cell.station.json: object 2: no\n");
+    EXPECT_EQ(ErrorLines({"a.stl", "", 0, {}}), "");
+}
+
 TEST(Report, KindsAreNamedByTheirNumber) {
     EXPECT_EQ(KindOf(0), "None");
     EXPECT_EQ(KindOf(9), "Part");

@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <numbers>
 
+#include "apps/vrnview/readers/CloudPoints.h"
 #include "apps/vrnview/readers/Content.h"
+#include "apps/vrnview/readers/FileBytes.h"
 #include "suite/geom/BodyColorTool.h"
 #include "suite/layout/Body.h"
 #include "suite/layout/Mechanism.h"
@@ -340,6 +342,45 @@ TEST_F(Station, WhatIsNoStationIsOneMessage) {
     EXPECT_THAT(error(std::string(100'000, '[')), testing::StartsWith("not JSON: "));
     EXPECT_EQ(error(std::string(100'000, '[') + std::string(100'000, ']')),
               "must be an object in braces");
+}
+
+/// What the fuzzers start from and what they have found.
+class FuzzCorpus : public testing::TestWithParam<const char*> {};
+
+TEST_P(FuzzCorpus, EveryFileIsReadOrRefused) {
+    std::size_t files = 0;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::filesystem::path(VRN_FUZZ_CORPUS) / GetParam())) {
+        const std::string bytes = ReadBytes(entry.path());
+        const std::vector<std::function<void()>> readers{
+            [&] { (void)ReadPly(bytes); },
+            [&] { (void)ReadPcd(bytes); },
+            [&] { (void)ReadPointText(bytes); },
+            [&] { (void)ReadUrdf(bytes); },
+            [&] { (void)ReadStation(bytes, "/nowhere/x.station.json"); },
+        };
+        for (const auto& read : readers) EXPECT_NE(ErrorOf(read), "") << entry.path();
+        ++files;
+    }
+    EXPECT_GT(files, 2u);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, FuzzCorpus, testing::Values("cloud", "station"));
+
+/// The page that tells what stands in a station file shows one.
+TEST(StationPage, ExampleIsAStation) {
+    const std::string page = ReadBytes(VRN_STATION_PAGE);
+    const std::size_t start = page.find("```json") + 8;
+    const std::string text = page.substr(start, page.find("```", start) - start);
+    const Content content = ReadStation(text, "/nowhere/x.station.json");
+    EXPECT_EQ(content.tools.size(), 1u);
+    EXPECT_EQ(content.targets.size(), 1u);
+    EXPECT_TRUE(content.camera);
+    // Nothing but its files is missing.
+    for (const std::string& problem : content.problems)
+        EXPECT_THAT(problem,
+                    testing::AnyOf(testing::HasSubstr("No such file or directory"),
+                                   testing::HasSubstr("names 'arm', which is not there")));
 }
 
 }  // namespace
