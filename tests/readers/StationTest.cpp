@@ -378,9 +378,8 @@ TEST(StationPage, ExampleIsAStation) {
     EXPECT_TRUE(content.camera);
     // Nothing but its files is missing.
     for (const std::string& problem : content.problems)
-        EXPECT_THAT(problem,
-                    testing::AnyOf(testing::HasSubstr("No such file or directory"),
-                                   testing::HasSubstr("names 'arm', which is not there")));
+        EXPECT_THAT(problem, testing::AnyOf(testing::HasSubstr("No such file or directory"),
+                                            testing::HasSubstr("names 'arm', which is not there")));
 }
 
 }  // namespace
