@@ -11,6 +11,7 @@
 
 #include "mesh/MeshManager.h"
 #include "selection/VisualSelection.h"
+#include "suite/broker/SignalBroker.h"
 #include "suite/geom/BodyColorTool.h"
 #include "tests/support/SolidFixture.h"
 #include "visual/geometry/Hex2RGB.h"
@@ -239,9 +240,11 @@ TEST_F(SceneFaces, ARemovedSolidIsForgotten) {
     scene().removeVisual(solid->id);
     pump();
     EXPECT_FALSE(scene().faceIsSelected(solid, 2));
-    scene().clearHighlightedVisual();
-    scene().clearSelections();
-    EXPECT_NO_THROW(pump());
+    int posts = 0;
+    const auto counting = broker::SignalBroker::onUpdateScene([&posts] { ++posts; });
+    scene().clearHighlightedFace();
+    scene().clearSelectedFaces();
+    EXPECT_EQ(posts, 0);
 }
 
 TEST_F(SceneFaces, ASolidRemovedBeforeItsTurnIsNotFollowed) {
