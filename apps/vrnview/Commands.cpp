@@ -5,10 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/vrnview/readers/OcctGuard.h"
 #include "apps/vrnview/Report.h"
 #include "apps/vrnview/TempFolder.h"
 #include "apps/vrnview/Viewer.h"
-#include "examples/Workshop.h"
+#include "examples/cell/Cell.h"
+#include "examples/cell/CellWriter.h"
 
 namespace vrn::host {
 
@@ -66,12 +68,14 @@ int RenderInputs(const Options& options, const std::vector<InputFile>& inputs) {
 }
 
 int RunDemo(const Options& options) {
+    // By way of files, as a user's station would come.
     const TempFolder temporary;
-    std::vector<InputFile> inputs;
-    for (const examples::ExampleFile& part :
-         examples::WriteWorkshop(options.saveFolder.value_or(temporary.getPath())))
-        inputs.push_back({part.file, part.colour});
-    return RenderInputs(options, inputs);
+    std::filesystem::path station;
+    WithOcctErrors("the built-in station cannot be made", [&] {
+        station = examples::WriteCell(examples::MakeCell(),
+                                      options.saveFolder.value_or(temporary.getPath()));
+    });
+    return RenderInputs(options, {{station, {}}});
 }
 
 int RunInfo(const Options& options) {

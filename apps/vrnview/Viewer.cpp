@@ -24,6 +24,7 @@
 #include "selection/VisualSelection.h"
 #include "suite/geom/BodyColorTool.h"
 #include "suite/layout/Body.h"
+#include "suite/layout/Mechanism.h"
 #include "suite/layout/Part.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
@@ -161,14 +162,27 @@ headless::Picture Viewer::takePicture(int widthPx, int heightPx, const Looks& lo
     return target.takePicture(placeCamera(looks, target.getAspect()));
 }
 
+bool Viewer::hasFrames() const {
+    const auto anyHolds = [](const auto& objects) {
+        return std::ranges::any_of(objects, [](const auto* o) { return !o->frames().empty(); });
+    };
+    return std::ranges::any_of(contents, [&](const Content& content) {
+        return !content.frames.empty() || anyHolds(content.tools) || anyHolds(content.devices);
+    });
+}
+
 /// The world frame's axes are a tenth of the scene long; where even the shortest would hide the
-/// scene, no frame is shown.
+/// scene, no frame is shown. All frames have one size: a station's own would cover it at that
+/// size, and so would its targets, which stand by the hundred.
 void Viewer::scaleFurniture(const Bounds& whole) {
     auto* const scene = visual::Scene::Get();
-    const double wanted = std::floor(whole.getRadius() / 5);
+    const auto size = [&whole](double part) {
+        return static_cast<unsigned>(std::clamp(2 * whole.getRadius() * part, 1.0, 1e6));
+    };
     if (!whole.isEmpty()) {
-        scene->setFrameVisualVisible(wanted >= 1);
-        scene->setFrameSize(static_cast<unsigned>(std::clamp(wanted, 1.0, 1e6)), VisualType::Frame);
+        scene->setFrameVisualVisible(whole.getRadius() >= 5);
+        scene->setFrameSize(size(hasFrames() ? 0.02 : 0.1), VisualType::Frame);
+        scene->setFrameSize(size(0.0025), VisualType::RobTarget);
     }
     scene->processMsgs();
 }

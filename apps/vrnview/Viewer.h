@@ -55,6 +55,7 @@ private:
     void poseJoints(Content& content);
     void apply(const Looks& looks) const;
     [[nodiscard]] CameraPlacement placeCamera(const Looks& looks, double aspect) const;
+    [[nodiscard]] bool hasFrames() const;
     void scaleFurniture(const Bounds& scene);
 
     headless::VirtualDisplay display;  ///< before all that draws on it

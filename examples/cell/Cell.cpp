@@ -143,8 +143,8 @@ RobotCell MakeCell() {
                          {MakeCabinet(), {TurnedAt({-420, 1020, 0}, 0)}},
                          {MakeStand(), {At({1420, -1000, 0})}}};
     cell.fence = MakeFence();
-    cell.cameraPosition = {4150, -3950, 2600};
-    cell.cameraTarget = {1080, 60, 830};
+    cell.cameraPosition = {4050, -3700, 2350};
+    cell.cameraTarget = {1160, 60, 860};
 
     const ArmPosture posture = PostureOnTarget(cell);
     for (std::size_t i = 0; i < posture.size(); ++i) cell.arm.valuesDegrees[i] = posture[i];

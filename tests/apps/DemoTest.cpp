@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
-#include <set>
 #include <string>
 
 #include "tests/apps/Vrnview.h"
@@ -23,49 +22,67 @@ double Share(const Picture& picture, const std::function<bool(const Rgba&)>& wan
 
 class Demo : public VrnviewTest {};
 
-TEST_F(Demo, ShowsItsPartsInTheirColours) {
+TEST_F(Demo, ShowsTheCellInItsColours) {
     const ProcessResult demo = vrnview({"demo", "-o", path("demo.png"), "--size", "640x360"});
     ASSERT_EQ(demo.status, 0) << demo.err;
     EXPECT_EQ(demo.err, "");
     const Picture picture = Picture::loadPng(path("demo.png"));
     EXPECT_EQ(picture.getWidth(), 640);
     EXPECT_EQ(picture.getHeight(), 360);
-    // The angle plate, the gear, the housing and the V-blocks, however the light falls on them.
-    EXPECT_GT(Share(picture, [](const Rgba& p) { return p.r > 2 * p.b && p.r > 3 * p.g / 2; }),
-              0.02);
-    EXPECT_GT(Share(picture, [](const Rgba& p) { return p.r > 2 * p.b && p.r < 3 * p.g / 2; }),
-              0.015);
-    EXPECT_GT(Share(picture, [](const Rgba& p) { return 2 * p.g > 5 * p.r && p.g >= p.b; }), 0.015);
-    EXPECT_GT(Share(picture, [](const Rgba& p) { return 2 * p.b > 3 * p.r && p.b > 5 * p.g / 4; }),
-              0.004);
-    // The table, lighter than the ground, takes a good part, and the ground another.
-    EXPECT_GT(Share(picture, [](const Rgba& p) { return std::min({p.r, p.g, p.b}) > 145; }), 0.1);
+    // Ivory castings, petrol covers, and what is yellow: posts and the border of the floor.
+    EXPECT_GT(Share(picture, [](const Rgba& p) { return p.b > 125 && p.r > p.b + 8 && p.g > p.b; }),
+              0.03);
+    EXPECT_GT(Share(picture, [](const Rgba& p) { return p.g > 2 * p.r && p.b > 2 * p.r; }), 0.015);
+    EXPECT_GT(Share(picture, [](const Rgba& p) { return p.r > 3 * p.b && p.g > 2 * p.b; }), 0.01);
+    // The floor, bluish grey, takes a good part, and the ground another.
+    EXPECT_GT(Share(picture, [](const Rgba& p) { return p.r > 125 && p.b > p.g && p.g > p.r; }),
+              0.1);
     EXPECT_GT(
         Share(picture, [](const Rgba& p) { return Difference(p, {115, 115, 115, 255}) <= 2; }),
-        0.2);
+        0.1);
+}
+
+TEST_F(Demo, TargetsCoverTheBladesInRows) {
+    ASSERT_EQ(vrnview({"demo", "-o", path("demo.png"), "--size", "640x360"}).status, 0);
+    const Picture picture = Picture::loadPng(path("demo.png"));
+    // Their z axes are blue; nothing else of the cell is.
+    EXPECT_GT(Share(picture, [](const Rgba& p) { return p.b > p.r + 60 && p.b > p.g + 60; }),
+              0.002);
+    // Between the rows the bronze is seen.
+    EXPECT_GT(Share(picture,
+                    [](const Rgba& p) {
+                        return p.r > 90 && p.r > p.g + 25 && p.g > p.b + 25 && p.r < 2.8 * p.b;
+                    }),
+              0.001);
 }
 
 TEST_F(Demo, PrintsThePathAndALineOfCounts) {
     const ProcessResult demo =
-        vrnview({"demo", "-o", path("demo.png"), "--size", "64x36", "--save", path("parts")});
+        vrnview({"demo", "-o", path("demo.png"), "--size", "64x36", "--save", path("cell")});
     ASSERT_EQ(demo.status, 0) << demo.err;
-    EXPECT_THAT(demo.out,
-                testing::MatchesRegex(
-                    path("demo.png") +
-                    "\n8 bodies, 8 faces, [0-9]+ triangles, [0-9]+ vertices, 0 points\n"));
+    EXPECT_THAT(demo.out, testing::MatchesRegex(
+                              path("demo.png") +
+                              "\n28 bodies, [0-9]+ faces, [0-9]+ triangles, [0-9]+ vertices, "
+                              "[0-9]+ points\n"));
 }
 
-TEST_F(Demo, SavedPartsOpenAsAUsersFiles) {
-    ASSERT_EQ(vrnview({"demo", "-o", path("demo.png"), "--size", "64x36", "--save", path("parts")})
-                  .status,
-              0);
-    std::vector<std::string> arguments{"info"};
-    for (const auto& entry : std::filesystem::directory_iterator(path("parts")))
-        arguments.push_back(entry.path());
-    EXPECT_EQ(arguments.size(), 9u);
-    const ProcessResult info = vrnview(arguments);
-    EXPECT_EQ(info.status, 0) << info.err;
-    EXPECT_THAT(info.out, testing::HasSubstr("\ntotals: 8 bodies, 8 faces, "));
+TEST_F(Demo, SavedStationOpensAsAUsersFile) {
+    const ProcessResult demo =
+        vrnview({"demo", "-o", path("demo.png"), "--size", "320x180", "--save", path("cell")});
+    ASSERT_EQ(demo.status, 0) << demo.err;
+    const ProcessResult render = vrnview(
+        {"render", path("cell/cell.station.json"), "-o", path("again.png"), "--size", "320x180"});
+    EXPECT_EQ(render.status, 0);
+    EXPECT_EQ(render.err, "");
+    // The same way to the same picture.
+    EXPECT_EQ(demo.out.substr(demo.out.find('\n')), render.out.substr(render.out.find('\n')));
+    const Picture first = Picture::loadPng(path("demo.png"));
+    const Picture second = Picture::loadPng(path("again.png"));
+    ASSERT_EQ(first.getPixels().size(), second.getPixels().size());
+    int different = 0;
+    for (std::size_t i = 0; i < first.getPixels().size(); ++i)
+        if (Difference(first.getPixels()[i], second.getPixels()[i]) > 2) ++different;
+    EXPECT_EQ(different, 0);
 }
 
 TEST_F(Demo, UnwritablePictureIsOneLineAndFailure) {
