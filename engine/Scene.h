@@ -323,10 +323,10 @@ public:
 
     // --- helpers of the library's own builders; thread: render ---
     void addTempVisual(Visual* visual);
-    /// Deletes a visual with all below it. Silent for one that stands in no map.
+    /// Deletes a visual with all below it. Silent for null and for one that stands in no map.
     void deleteVisual(Visual* visual);
     /// The visual that a model object hangs under: that of its parent id, or the root when the id
-    /// is 0, the station logic's, or no visual's.
+    /// is 0, the station logic's, or no visual's. Throws std::invalid_argument for null.
     [[nodiscard]] Visual* resolveParentVisual(const sdf::SdfNode* modelNode) const;
 
 private:

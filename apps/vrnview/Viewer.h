@@ -16,7 +16,7 @@
 
 namespace vrn::host {
 
-/// One session of the library: a display, the engine, and a scene that inputs are added to.
+/// The library at work: a display, the engine, and a scene that inputs are added to.
 ///
 ///     Viewer viewer;
 ///     const InputReport report = viewer.open({"bracket.stl", {}});

@@ -2,6 +2,8 @@
 
 #include <OgreSceneNode.h>
 
+#include <stdexcept>
+
 #include "engine/Scene.h"
 #include "suite/layout/Frame.h"
 #include "suite/layout/Layout.h"
@@ -45,6 +47,7 @@ void ForEachStandalone(const std::vector<Object*>& objects, Action action) {
 }  // namespace
 
 Visual* Scene::resolveParentVisual(const sdf::SdfNode* modelNode) const {
+    if (!modelNode) throw std::invalid_argument("the model object to show must not be null");
     const std::uint32_t parentId = modelNode->parentId;
     if (parentId == 0 || parentId == smartcomp::StationLogic::inst()->id) return root;
     const auto found = visuals.find(parentId);

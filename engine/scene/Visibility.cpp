@@ -21,13 +21,21 @@ constexpr std::array compoundTypes{
     VisualType::Assembly,    VisualType::Part, VisualType::Path,   VisualType::MoveInstruction,
     VisualType::WObj};
 
+// Whether the operation runs a path. One that names an operation instead, itself at worst, would be
+// gone through without end.
+bool RunsPath(const task::PathOperation* operation) {
+    if (!operation || !operation->hasPath()) return false;
+    const sdf::SdfNode* path = sdf::SdfManager::inst()->find(operation->getPathId());
+    return !dynamic_cast<const task::Operation*>(path);
+}
+
 // The path ids of those operations that have a path.
 void CollectPathOpPathIds(const std::vector<std::uint32_t>& operationIds,
                           std::vector<std::uint32_t>& pathIds) {
     for (const std::uint32_t id : operationIds) {
         const auto* operation =
             dynamic_cast<task::PathOperation*>(sdf::SdfManager::inst()->find(id));
-        if (operation && operation->hasPath()) pathIds.push_back(operation->getPathId());
+        if (RunsPath(operation)) pathIds.push_back(operation->getPathId());
     }
 }
 
@@ -64,7 +72,7 @@ void Scene::setVisualVisible(std::uint32_t id, bool show) {
         case ObjectType::ProcessPathOperation: {
             clearSelections();
             const auto* operation = dynamic_cast<const task::PathOperation*>(object);
-            if (operation && operation->hasPath()) setVisualVisible(operation->getPathId(), show);
+            if (RunsPath(operation)) setVisualVisible(operation->getPathId(), show);
             return;
         }
         case ObjectType::PathGroupContainer:

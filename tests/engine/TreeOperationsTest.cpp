@@ -344,4 +344,17 @@ TEST_F(TreeOperations, DeletingACopyKeepsItsSourceRegistered) {
     EXPECT_EQ(scene().visuals.at(load->id), load);
 }
 
+TEST_F(TreeOperations, DeletingNullDoesNothing) {
+    const auto before = scene().visuals;
+    scene().deleteVisual(nullptr);
+    EXPECT_EQ(scene().visuals, before);
+}
+
+TEST_F(TreeOperations, AddingANullModelObjectIsRefusedInTheTask) {
+    scene().addPart(nullptr);
+    EXPECT_THROW(pump(), std::invalid_argument);
+    scene().addFrame(nullptr);
+    EXPECT_THROW(pump(), std::invalid_argument);
+}
+
 }  // namespace vrn::test

@@ -173,6 +173,17 @@ TEST_F(Visibility, OfASinglePathOperationWithoutAPathOnlyClearsTheSelection) {
     EXPECT_NO_THROW(pump());
 }
 
+TEST_F(Visibility, OfAnOperationThatNamesAnOperationEndsWithoutReachingAnything) {
+    auto* operation = makeOperation(1, ObjectType::SinglePathOperation);
+    operation->setPathId(operation->id);
+    EXPECT_EQ(postsOf(operation->id, false),
+              postsOf(makeOperation(0, ObjectType::SinglePathOperation)->id, false));
+    auto* group = model.make<task::Operation>("group", ObjectType::PathGroup);
+    auto* inside = makeOperation(group->id);
+    group->addChild(*inside);
+    EXPECT_EQ(postsOf(group->id, false), 0);
+}
+
 TEST_F(Visibility, OfAGroupContainerReachesSingleOperationsAndThoseOfItsGroups) {
     const ShownPath single = makePath("single"), grouped = makePath("grouped"),
                     plain = makePath("plain"), process = makePath("process");

@@ -74,9 +74,9 @@ struct Faults {
     bool areThereAny = false;  ///< some are common in files that read well all the same
 };
 
-Faults FaultsOf(XSControl_WorkSession& session) {
+Faults FaultsOf(XSControl_WorkSession& work) {
     Faults faults;
-    Interface_CheckIterator checks = session.ModelCheckList(/*complete=*/true);
+    Interface_CheckIterator checks = work.ModelCheckList(/*complete=*/true);
     for (checks.Start(); checks.More(); checks.Next())
         for (int i = 1; i <= checks.Value()->NbFails(); ++i) {
             faults.areThereAny = true;
@@ -90,14 +90,14 @@ Faults FaultsOf(XSControl_WorkSession& session) {
 }
 
 template <class Reader>
-void Transfer(Reader& reader, const opencascade::handle<XSControl_WorkSession>& session,
+void Transfer(Reader& reader, const opencascade::handle<XSControl_WorkSession>& work,
               const std::filesystem::path& file, Document& target) {
     reader.SetNameMode(true);
     reader.SetColorMode(true);
     reader.SetLayerMode(true);
     if (reader.ReadFile(file.c_str()) != IFSelect_RetDone)
         throw std::runtime_error("the file is broken");
-    const Faults faults = FaultsOf(*session);
+    const Faults faults = FaultsOf(*work);
     if (!faults.syntax.empty()) throw std::runtime_error("the file is broken: " + faults.syntax);
     if (faults.areThereAny &&
         !Survives([&] { (void)reader.Transfer(target.document); }, ProbeSeconds(file)))
