@@ -1,6 +1,7 @@
 #include "engine/Scene.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <OgreSceneNode.h>
 
@@ -9,6 +10,13 @@
 #include "visual/Visual.h"
 
 namespace vrn::visual {
+
+namespace {
+
+/// A queue that once grew beyond it gives its memory back: about 10 MiB.
+constexpr std::size_t maxSpareTasks = 1 << 18;
+
+}  // namespace
 
 Scene* Scene::Instance = nullptr;
 
@@ -23,17 +31,27 @@ void Scene::addRenderTask(std::function<void()>&& fn, unsigned long key) {
 void Scene::addLoadTask(std::function<void()> fn) { loadTasks.push_back(std::move(fn)); }
 
 void Scene::processMsgs() {
-    std::deque<RenderTask> batch;
+    std::vector<RenderTask> batch;
     {
         const std::lock_guard lock(taskMutex);
         batch.swap(renderTasks);
+        renderTasks.swap(spareTasks);
     }
     const bool hasTasks = !batch.empty();
-    for (; !batch.empty(); batch.pop_front()) batch.front().fn();
+    // What a task holds goes when it has run, not when the batch ends.
+    for (RenderTask& task : batch) std::exchange(task.fn, nullptr)();
+    keepForNextBatch(std::move(batch));
     // Instances learn of a move when their nodes are updated, which a frame does too late for
     // itself.
     if (hasTasks) root->node->_update(/*updateChildren=*/true, /*parentHasChanged=*/false);
     if (needsUpdate.exchange(false)) broker::SignalBroker::updateScene();
+}
+
+void Scene::keepForNextBatch(std::vector<RenderTask>&& batch) {
+    batch.clear();
+    if (batch.capacity() > maxSpareTasks) return;
+    const std::lock_guard lock(taskMutex);
+    spareTasks = std::move(batch);
 }
 
 void Scene::drainLoadTasks() {

@@ -350,6 +350,7 @@ private:
     void buildTask(std::uint32_t id);
     void buildToolData(sdf::SdfNode* item);
     void doRestoreCamera();
+    void keepForNextBatch(std::vector<RenderTask>&& batch);
     void drainLoadTasks();
     void doRemoveVisual(std::uint32_t id);
     void doMoveVisualToParent(std::uint32_t id, std::uint32_t parentId,
@@ -384,8 +385,9 @@ private:
 
     static Scene* Instance;
 
-    std::mutex taskMutex;  ///< guards renderTasks and nothing else
-    std::deque<RenderTask> renderTasks;
+    std::mutex taskMutex;  ///< guards the two below and nothing else
+    std::vector<RenderTask> renderTasks;
+    std::vector<RenderTask> spareTasks;  ///< empty; memory that the next batch fills again
     std::deque<std::function<void()>> loadTasks;
     Visual* copiedVisual = nullptr;
     Visual* highlightedVisual = nullptr;

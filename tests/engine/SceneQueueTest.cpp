@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -43,6 +45,40 @@ TEST_F(SceneQueue, KeyedPostRemovesEveryTaskOfThatKeyAndKeepsTheOrderOfTheRest) 
 }
 
 TEST_F(SceneQueue, KeyZeroNeitherDropsNorIsDropped) {
+    for (const char c : {'a', 'b', 'c'}) scene().addRenderTask(note(c), 0);
+    scene().processMsgs();
+    EXPECT_EQ(order, "abc");
+}
+
+TEST_F(SceneQueue, WhatATaskHoldsGoesBeforeTheNextTaskRuns) {
+    auto held = std::make_shared<int>(1);
+    const std::weak_ptr<int> watched = held;
+    bool gone = false;
+    scene().addRenderTask([kept = std::move(held)] {}, 0);
+    scene().addRenderTask([&] { gone = watched.expired(); }, 0);
+    scene().processMsgs();
+    EXPECT_TRUE(gone);
+}
+
+TEST_F(SceneQueue, ATaskMayRunTheTasksThatWerePostedMeanwhile) {
+    scene().addRenderTask(
+        [this] {
+            scene().addRenderTask(note('b'), 0);
+            scene().processMsgs();
+            order += 'c';
+        },
+        0);
+    scene().addRenderTask(note('d'), 0);
+    scene().processMsgs();
+    EXPECT_EQ(order, "bcd");
+}
+
+TEST_F(SceneQueue, AQueueThatOnceHeldManyTasksRunsTheNextOnesInOrder) {
+    constexpr int many = 300'000;
+    int ran = 0;
+    for (int i = 0; i < many; ++i) scene().addRenderTask([&ran] { ++ran; }, 0);
+    scene().processMsgs();
+    EXPECT_EQ(ran, many);
     for (const char c : {'a', 'b', 'c'}) scene().addRenderTask(note(c), 0);
     scene().processMsgs();
     EXPECT_EQ(order, "abc");
