@@ -26,6 +26,13 @@ vec3 Liveried(vec3 given) {
     return mix(given, livery.rgb, livery.a * painted);
 }
 
+// What shows through a state's colour is mostly how light the surface is: mixed as it stands, an
+// orange under light blue would turn grey-green, and the state would not be told by its colour.
+vec3 Tinted(vec3 given) {
+    float lightness = dot(given, vec3(0.299, 0.587, 0.114));
+    return mix(mix(given, vec3(lightness), tint.a), tint.rgb, tint.a);
+}
+
 void main() {
     vec4 given = givenColour;
 #ifdef PAINT
@@ -33,7 +40,7 @@ void main() {
     given.rgb /= given.a;
 #endif
     vec3 n = SideNormal(viewNormal, viewPosition);
-    vec3 colour = mix(Liveried(given.rgb), tint.rgb, tint.a);
+    vec3 colour = Tinted(Liveried(given.rgb));
     vec3 lit = mix(Shade(colour, n, viewPosition, gloss), colour, glow);
     float away = 1.0 - clamp(dot(n, -normalize(viewPosition)), 0.0, 1.0);
     pixel = vec4(lit, given.a * clamp(opacity + rimOpacity * away * away, 0.0, 1.0));

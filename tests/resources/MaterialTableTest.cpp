@@ -31,8 +31,13 @@ const Colour ofVertices(0.7f, 0.2f, 0.6f);
 const Colour selected(0.12f, 0.52f, 1.0f);
 const Colour highlighted(0.44f, 0.76f, 1.0f);
 
-Colour Selected(const Colour& base) { return Mix(base, selected, 0.78f); }
-Colour Highlighted(const Colour& base) { return Mix(base, highlighted, 0.62f); }
+/// A state's colour over what is left of the surface's own, which is mostly how light it is.
+Colour Tinted(const Colour& base, const Colour& tint, float share) {
+    const float lightness = base.dotProduct({0.299f, 0.587f, 0.114f});
+    return Mix(Mix(base, {lightness, lightness, lightness}, share), tint, share);
+}
+Colour Selected(const Colour& base) { return Tinted(base, selected, 0.78f); }
+Colour Highlighted(const Colour& base) { return Tinted(base, highlighted, 0.7f); }
 /// What is seen where a surface lets `1 - opacity` of the background through.
 Colour Veiled(const Colour& colour, float opacity) {
     return Mix(Colour(stageBackground.data()), colour, opacity);
@@ -67,13 +72,13 @@ const std::vector<MaterialRow> materialRows{
     {"YASKAWA", Drawn::Surface, yaskawa},
     {"YASKAWASelected", Drawn::Surface, Selected(yaskawa)},
     {"YASKAWAHighlighted", Drawn::Surface, Highlighted(yaskawa)},
-    {"EmphasizeCollisionGroupA", Drawn::Surface, Mix(own, {0.16f, 0.72f, 0.56f}, 0.75f)},
-    {"EmphasizeCollisionGroupB", Drawn::Surface, Mix(own, {0.58f, 0.36f, 0.86f}, 0.75f)},
-    {"CollisionNearMiss", Drawn::Surface, Mix(own, {0.98f, 0.86f, 0.12f}, 0.8f)},
-    {"CollisionContact", Drawn::Surface, Mix(own, {0.92f, 0.08f, 0.12f}, 0.85f)},
+    {"EmphasizeCollisionGroupA", Drawn::Surface, Tinted(own, {0.16f, 0.72f, 0.56f}, 0.75f)},
+    {"EmphasizeCollisionGroupB", Drawn::Surface, Tinted(own, {0.58f, 0.36f, 0.86f}, 0.75f)},
+    {"CollisionNearMiss", Drawn::Surface, Tinted(own, {0.98f, 0.86f, 0.12f}, 0.8f)},
+    {"CollisionContact", Drawn::Surface, Tinted(own, {0.92f, 0.08f, 0.12f}, 0.85f)},
     {"MeshBody", Drawn::Surface, {0.62f, 0.74f, 0.70f}},
 
-    {"TransBody", Drawn::Veil, Veiled(Mix(own, {0.62f, 0.80f, 1.0f}, 0.45f), 0.45f)},
+    {"TransBody", Drawn::Veil, Veiled(Tinted(own, {0.62f, 0.80f, 1.0f}, 0.45f), 0.45f)},
     {"PreviewFace", Drawn::Veil, Veiled({0.30f, 0.95f, 0.45f}, 0.6f)},
     {"WorkEnvelope", Drawn::Veil, Veiled({0.36f, 0.72f, 0.94f}, 0.18f)},
     {"WorkEnvelope3D", Drawn::Veil, Veiled({0.36f, 0.72f, 0.94f}, 0.18f)},
