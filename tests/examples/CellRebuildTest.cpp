@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <OgreEntity.h>
+#include <OgreIteratorWrapper.h>
+
+#include <OgreInstanceBatch.h>
+#include <OgreInstanceManager.h>
+#include <OgreManualObject.h>
+#include <OgreMaterialManager.h>
+#include <OgreMeshManager.h>
+#include <OgreSceneManager.h>
+#include <OgreTextureManager.h>
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <unordered_set>
+
+#include "apps/vrnview/ContentScene.h"
+#include "apps/vrnview/readers/Content.h"
+#include "apps/vrnview/TempFolder.h"
+#include "examples/cell/Cell.h"
+#include "examples/cell/CellWriter.h"
+#include "mesh/MeshManager.h"
+#include "selection/VisualSelection.h"
+#include "suite/layout/Layout.h"
+#include "suite/task/Task.h"
+#include "tests/support/EngineFixture.h"
+#include "visual/Visual.h"
+
+namespace vrn::examples {
+namespace {
+
+using visual::Visual;
+
+constexpr int rebuilds = 200;
+/// The first ones fill caches, pools and the free lists of the allocator.
+constexpr int warmUp = 20;
+/// What the heap may have grown by from the end of the warm-up to the last rebuild: 164 bytes each.
+/// A visual, a node or a mesh that stayed behind would take more.
+constexpr std::size_t memoryMargin = 32 * 1024;
+
+struct SceneLists : Ogre::SceneManager {
+    static auto nodes() { return &SceneLists::mSceneNodes; }
+};
+
+struct MeshLists : visual::MeshManager {
+    static auto global() { return &MeshLists::globalMeshes; }
+    static auto brought() { return &MeshLists::meshes; }
+    static auto ofShapes() { return &MeshLists::shapeMeshRefs; }
+};
+
+std::size_t CountResources(Ogre::ResourceManager& manager) {
+    std::size_t count = 0;
+    for (auto it = manager.getResourceIterator(); it.hasMoreElements(); it.moveNext()) ++count;
+    return count;
+}
+
+std::size_t CountBatches(const Ogre::InstanceManager& manager) {
+    std::size_t count = 0;
+    for (auto it = manager.getInstanceBatchMapIterator(); it.hasMoreElements();)
+        count += it.getNext().size();
+    return count;
+}
+
+/// How much there is of everything that a station brings.
+std::map<std::string, std::size_t> Population() {
+    visual::Scene& scene = *visual::Scene::Get();
+    Ogre::SceneManager& engine = *scene.sceneManager;
+    const visual::MeshManager& meshes = *visual::MeshManager::Get();
+    std::map<std::string, std::size_t> counts{
+        {"Ogre meshes", CountResources(Ogre::MeshManager::getSingleton())},
+        {"Ogre materials", CountResources(Ogre::MaterialManager::getSingleton())},
+        {"Ogre textures", CountResources(Ogre::TextureManager::getSingleton())},
+        {"scene nodes", (engine.*SceneLists::nodes()).size()},
+        {"entities", engine.getMovableObjects("Entity").size()},
+        {"manual objects", engine.getMovableObjects("ManualObject").size()},
+        {"visuals", scene.visuals.size()},
+        {"temporary visuals", scene.tempVisuals.size()},
+        {"pickable objects", selection::VisualSelection::Get()->objects.size()},
+        {"global mesh records", (meshes.*MeshLists::global()).size()},
+        {"mesh records", (meshes.*MeshLists::brought()).size()},
+        {"meshes of shapes", (meshes.*MeshLists::ofShapes()).size()},
+    };
+    for (const auto& [key, manager] : scene.instanceManagers)
+        counts["batches of " + key] = CountBatches(*manager);
+    return counts;
+}
+
+/// Nothing under the address sanitizer, which finds by itself what is left behind.
+std::size_t HeapInUse() {
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+class CellRebuild : public test::EngineTest {
+protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        content = host::ReadContent(WriteCell(MakeCell(), files.getPath()));
+        ASSERT_TRUE(content.problems.empty()) << content.problems.front();
+        for (const Visual* child : scene().root->getChildren()) furniture.insert(child);
+    }
+    void TearDown() override {
+        removeStation();
+        content = {};
+        EngineTest::TearDown();
+    }
+
+    void buildStation() {
+        shown = host::ShowContent(content);
+        ASSERT_TRUE(content.problems.empty()) << content.problems.front();
+        pump();
+    }
+    /// Pointed at and selected, as what is removed often is.
+    void touchStation() {
+        scene().setVisualSelected(content.ids.at("spindle"));
+        pump();
+        scene().setVisualHighlighted(scene().visuals.at(content.ids.at("controller")));
+        pump();
+        scene().clearHighlightedVisual();
+        scene().clearSelections();
+        pump();
+    }
+    void removeStation() {
+        for (const Visual* child : scene().root->getChildren())
+            if (!furniture.contains(child)) scene().removeVisual(child->id);
+        pump();
+        layout::Layout::inst()->clear();
+        for (const task::Task* job : content.tasks) task::RemoveTask(*job);
+    }
+    void rebuild(int times) {
+        for (int i = 0; i < times; ++i) {
+            removeStation();
+            buildStation();
+            touchStation();
+        }
+    }
+
+    host::TempFolder files;
+    host::Content content;
+    host::Counts shown;
+    std::unordered_set<const Visual*> furniture;
+};
+
+TEST_F(CellRebuild, RemovingTheStationLeavesTheSceneAsItWasBefore) {
+    // The instances' batches stay for the next targets, and so do the records of STL files.
+    buildStation();
+    removeStation();
+    const auto before = Population();
+    buildStation();
+    EXPECT_NE(Population(), before);
+    removeStation();
+    EXPECT_EQ(Population(), before);
+    EXPECT_EQ(scene().root->getChildren().size(), furniture.size());
+    EXPECT_EQ(before.at("meshes of shapes"), 0u);
+    EXPECT_EQ(before.at("pickable objects"), 0u);
+}
+
+TEST_F(CellRebuild, TwoHundredTimesLeavesCountsAndMemoryAsTheyWere) {
+    buildStation();
+    ASSERT_GT(shown.triangles, 100'000u);
+    rebuild(warmUp);
+    const auto populationBefore = Population();
+    const host::Counts shownBefore = shown;
+    const std::size_t heapBefore = HeapInUse();
+    rebuild(rebuilds);
+    EXPECT_EQ(Population(), populationBefore);
+    EXPECT_EQ(shown, shownBefore);
+    EXPECT_LE(HeapInUse(), heapBefore + memoryMargin);
+    RecordProperty("grownBytes", static_cast<int>(HeapInUse() - heapBefore));
+}
+
+}  // namespace
+}  // namespace vrn::examples
