@@ -10,6 +10,9 @@
 #include "visual/geometry/SolidVisual.h"
 
 #include <OgreMeshManager.h>
+#include <BRep_Tool.hxx>
+#include <Poly_Triangulation.hxx>
+#include <TopLoc_Location.hxx>
 
 #include <optional>
 #include <stdexcept>
@@ -24,6 +27,26 @@ constexpr std::size_t fewestVertices = 3;
 void CheckNotNull(const SolidVisual* solid) {
     if (solid == nullptr) throw std::invalid_argument("the solid must not be null");
 }
+
+/// How much room the faces of a body take in its mesh.
+class ShapeSize {
+public:
+    void add(const TopoDS_Face& face) {
+        TopLoc_Location unused;
+        const Handle(Poly_Triangulation) & triangulation = BRep_Tool::Triangulation(face, unused);
+        nodes += static_cast<std::size_t>(triangulation->NbNodes());
+        triangles += static_cast<std::size_t>(triangulation->NbTriangles());
+    }
+    void reserveIn(Mesh& mesh, bool withColors) const {
+        mesh.vertices.reserve(nodes);
+        mesh.normals.reserve(nodes);
+        if (withColors) mesh.colors.reserve(nodes);
+        mesh.indices.reserve(3 * triangles);
+    }
+
+private:
+    std::size_t nodes = 0, triangles = 0;
+};
 
 /// Whether `name` is `base`, or `base` followed by the numbers of hidden faces.
 bool IsVariantOf(std::string_view name, std::string_view base) {
@@ -64,15 +87,20 @@ std::unique_ptr<Mesh> MeshManager::getShapeMesh(const TopoDS_Shape& /*shape*/, c
     if (colorInfo) colors.emplace(*colorInfo);
 
     auto mesh = std::make_unique<Mesh>(solid->getCurrentMeshName());
-    ForEachMeshedFace(
-        faces, static_cast<std::uint32_t>(faces.Extent()),
-        [&](std::uint32_t index) { return solid->isFaceVisible(index); },
-        [&](std::uint32_t index, const TopoDS_Face& face) {
-            rob::ColorTemplate<float> color;
-            if (colors) color = colors->of(index);
-            const std::size_t count = AppendFaceTriangles(face, *mesh);
-            if (colors) mesh->colors.insert(mesh->colors.end(), count, color);
-        });
+    const auto forEachFace = [&](auto action) {
+        ForEachMeshedFace(
+            faces, static_cast<std::uint32_t>(faces.Extent()),
+            [&](std::uint32_t index) { return solid->isFaceVisible(index); }, action);
+    };
+    ShapeSize size;
+    forEachFace([&](std::uint32_t, const TopoDS_Face& face) { size.add(face); });
+    size.reserveIn(*mesh, /*withColors=*/colors.has_value());
+    forEachFace([&](std::uint32_t index, const TopoDS_Face& face) {
+        rob::ColorTemplate<float> color;
+        if (colors) color = colors->of(index);
+        const std::size_t count = AppendFaceTriangles(face, *mesh);
+        if (colors) mesh->colors.insert(mesh->colors.end(), count, color);
+    });
     if (mesh->indices.empty() || mesh->vertices.size() < fewestVertices) return nullptr;
     return mesh;
 }

@@ -16,8 +16,8 @@ namespace vrn::visual {
 
 namespace {
 
-bool IsFinite(const gp_Pnt& p) {
-    return std::isfinite(p.X()) && std::isfinite(p.Y()) && std::isfinite(p.Z());
+bool IsFinite(const rob::PosTemplate<float>& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
 rob::PosTemplate<float> Narrowed(const gp_Pnt& p) {
@@ -35,6 +35,37 @@ rob::Vec3Template<float> NodeNormal(const Poly_Triangulation& triangulation, int
     return reversed ? -result : result;
 }
 
+/// Appends a vertex and a normal for each node; returns the nodes that no triangle may use.
+std::vector<int> AppendNodes(const Poly_Triangulation& triangulation,
+                             const std::optional<gp_Trsf>& move, bool reversed, Mesh& mesh) {
+    std::vector<int> badNodes;
+    for (int node = 1; node <= triangulation.NbNodes(); ++node) {
+        gp_Pnt p = triangulation.Node(node);  // in whichever precision is stored
+        if (move) p.Transform(*move);
+        const rob::PosTemplate<float> position = Narrowed(p);
+        const bool good = IsFinite(position);
+        if (!good) badNodes.push_back(node);
+        mesh.vertices.push_back(good ? position : rob::PosTemplate<float>{});
+        mesh.normals.push_back(NodeNormal(triangulation, node, move, reversed));
+    }
+    return badNodes;
+}
+
+void AppendTriangles(const Poly_Triangulation& triangulation, const std::vector<int>& badNodes,
+                     bool swapped, std::uint32_t base, Mesh& mesh) {
+    const auto isBad = [&](int node) {
+        return std::ranges::find(badNodes, node) != badNodes.end();
+    };
+    for (int t = 1; t <= triangulation.NbTriangles(); ++t) {
+        int a = 0, b = 0, c = 0;
+        triangulation.Triangle(t).Get(a, b, c);
+        if (isBad(a) || isBad(b) || isBad(c)) continue;
+        if (swapped) std::swap(a, b);
+        for (const int node : {a, b, c})
+            mesh.indices.push_back(base + static_cast<std::uint32_t>(node) - 1);
+    }
+}
+
 }  // namespace
 
 std::size_t AppendFaceTriangles(const TopoDS_Face& face, Mesh& mesh) {
@@ -47,32 +78,10 @@ std::size_t AppendFaceTriangles(const TopoDS_Face& face, Mesh& mesh) {
         Poly_Connect connect(triangulation);
         BRepLib_ToolTriangulatedShape::ComputeNormals(face, triangulation, connect);
     }
-
     const auto base = static_cast<std::uint32_t>(mesh.vertices.size());
-    const bool reversed = face.Orientation() == TopAbs_REVERSED;
-    std::vector<int> badNodes;
-    for (int node = 1; node <= triangulation->NbNodes(); ++node) {
-        gp_Pnt p = triangulation->Node(node);  // in whichever precision is stored
-        if (move) p.Transform(*move);
-        const auto position = Narrowed(p);
-        const bool good = IsFinite(gp_Pnt(position.x, position.y, position.z));
-        if (!good) badNodes.push_back(node);
-        mesh.vertices.push_back(good ? position : rob::PosTemplate<float>{});
-        mesh.normals.push_back(NodeNormal(*triangulation, node, move, reversed));
-    }
-
-    const bool swapped = face.Orientation() != TopAbs_FORWARD;
-    const auto isBad = [&](int node) {
-        return std::ranges::find(badNodes, node) != badNodes.end();
-    };
-    for (int t = 1; t <= triangulation->NbTriangles(); ++t) {
-        int a = 0, b = 0, c = 0;
-        triangulation->Triangle(t).Get(a, b, c);
-        if (isBad(a) || isBad(b) || isBad(c)) continue;
-        if (swapped) std::swap(a, b);
-        for (const int node : {a, b, c})
-            mesh.indices.push_back(base + static_cast<std::uint32_t>(node) - 1);
-    }
+    const std::vector<int> badNodes =
+        AppendNodes(*triangulation, move, face.Orientation() == TopAbs_REVERSED, mesh);
+    AppendTriangles(*triangulation, badNodes, face.Orientation() != TopAbs_FORWARD, base, mesh);
     return mesh.vertices.size() - base;
 }
 
