@@ -1,32 +1,35 @@
 #include "selection/CurveObject.h"
 
-#include "visual/geometry/EdgeVisual.h"
+#include "selection/EdgePrimitives.h"
+#include "selection/Ray.h"
 
 namespace vrn::selection {
 
 CurveObject::CurveObject(const TopoDS_Shape& curveShape, visual::Visual* curveVisual)
     : SelectableObject(curveVisual, ObjectKind::Curve), shape(curveShape) {}
 
+void CurveObject::buildBVH() {
+    clearPrimitives();
+    AppendEdges(visual, primitives);
+    buildTree();
+}
+
 void CurveObject::updateWorldBox() {
     if (!worldBoxDirty) return;
     if (!bvhBuilt) {
-        localBox = edgesBox();
+        buildBVH();
         bvhBuilt = true;
     }
-    updateWorldPose();
-    box = localBox;
-    box.transform(worldPose);
-    worldBoxDirty = false;
+    updatePlace();
 }
 
-visual::Box CurveObject::edgesBox() const {
-    visual::Box result;
-    for (const visual::Visual* child : visual->getChildren()) {
-        const auto* edge = dynamic_cast<const visual::EdgeVisual*>(child);
-        if (!edge) continue;
-        for (const auto& point : edge->getPoints())
-            result.addPoint(TransformPoint(edge->getPose(), point));
-    }
+Result CurveObject::intersect(const visual::Ray& ray) {
+    Result result = bvhIntersect(ray.transformed(inverseWorldPose));
+    if (!result.hit) return result;
+    result.position = toWorld(result.position);
+    result.visual = visual;
+    result.pose = worldPose;
+    result.shape = shape;
     return result;
 }
 

@@ -1,5 +1,7 @@
 #include "selection/SelectableObject.h"
 
+#include "selection/BVHBuilder.h"
+#include "selection/BVHNode.h"
 #include "visual/Visual.h"
 
 #include <stdexcept>
@@ -19,5 +21,21 @@ void SelectableObject::updateWorldPose() {
     const rob::PosTemplate<float>& p = worldPose.position;
     inverseWorldPose = {back * rob::PosTemplate<float>{-p.x, -p.y, -p.z}, back};
 }
+
+void SelectableObject::updatePlace() {
+    updateWorldPose();
+    // Without a root there is no box to read: the object keeps an empty one, so that no query
+    // meets it.
+    box = tree.root ? tree.root->box.transformed(worldPose) : visual::Box();
+    worldBoxDirty = false;
+}
+
+void SelectableObject::clearPrimitives() {
+    tree = BVHTree();
+    for (BVHPrimitive* primitive : primitives) delete primitive;
+    primitives.clear();
+}
+
+void SelectableObject::buildTree() { tree = BVHBuilder(this).build(); }
 
 }  // namespace vrn::selection

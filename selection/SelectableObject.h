@@ -25,15 +25,19 @@ enum class ObjectKind : std::int32_t {
     Mfg = 6,
 };
 
-/// Stands for one visual in the picking world: its `box` is the visual's bounds in the world.
+/// Stands for one visual in the picking world: a primitive of the global hierarchy, whose `box` is
+/// the visual's bounds in the world, and at the same time the owner of the sensitive primitives and
+/// of their hierarchy, which are in the visual's own frame.
 ///
 /// VisualSelection makes and owns it; the visual must outlive it. What belongs to the visual's own
-/// frame is found once, at the first updateWorldBox, so a move costs a box and an inverse pose
-/// only; a visual that changed gets a new object. Thread: render.
+/// frame is built once, at the first updateWorldBox, so a move costs a box and an inverse pose
+/// only; a visual that changed gets a new object. Queries come in world coordinates and see the
+/// visual where the last updateWorldBox found it. Thread: render.
 class VRN_VISUAL_API SelectableObject : public BVHPrimitive, public PrimitiveContainer {
 public:
     /// Brings `box`, `worldPose` and `inverseWorldPose` up to date with the visual's place. Does
-    /// nothing unless `worldBoxDirty`. A visual that shows nothing has the empty box.
+    /// nothing unless `worldBoxDirty`. A visual that shows nothing has the empty box, which no
+    /// query meets. What a builder throws leaves the object as it was before the first call.
     virtual void updateWorldBox() = 0;
     /// The visual's name where the kind of object tells it; empty here.
     [[nodiscard]] virtual std::string getName() const;
@@ -53,6 +57,17 @@ protected:
 
     /// Reads the world pose from the visual and inverts it.
     void updateWorldPose();
+    /// updateWorldPose, then `box` from the root of the tree, and clears `worldBoxDirty`.
+    void updatePlace();
+    /// Deletes the primitives and forgets the tree over them: a build starts from nothing, also
+    /// after one that threw.
+    void clearPrimitives();
+    /// Builds the tree over `primitives`.
+    void buildTree();
+    /// A point of the visual's frame in the world.
+    [[nodiscard]] rob::PosTemplate<float> toWorld(const rob::PosTemplate<float>& local) const {
+        return TransformPoint(worldPose, local);
+    }
 };
 
 }  // namespace vrn::selection

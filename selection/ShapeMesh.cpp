@@ -11,13 +11,7 @@
 
 namespace vrn::selection {
 
-std::vector<rob::PosTemplate<float>> GetShapeMeshPoints(const TopoDS_Shape& shape) {
-    TopTools_IndexedMapOfShape faces;
-    TopExp::MapShapes(shape, TopAbs_FACE, faces);
-    std::vector<rob::PosTemplate<float>> points;
-    for (int i = 1; i <= faces.Extent(); ++i) AppendFacePoints(TopoDS::Face(faces(i)), points);
-    return points;
-}
+namespace {
 
 void AppendFacePoints(const TopoDS_Face& face, std::vector<rob::PosTemplate<float>>& points) {
     if (face.IsNull()) return;
@@ -31,6 +25,16 @@ void AppendFacePoints(const TopoDS_Face& face, std::vector<rob::PosTemplate<floa
         if (moved) p.Transform(move);
         points.emplace_back(rob::PosTemplate<double>(p.X(), p.Y(), p.Z()));
     }
+}
+
+}  // namespace
+
+std::vector<rob::PosTemplate<float>> GetShapeMeshPoints(const TopoDS_Shape& shape) {
+    TopTools_IndexedMapOfShape faces;
+    TopExp::MapShapes(shape, TopAbs_FACE, faces);
+    std::vector<rob::PosTemplate<float>> points;
+    for (int i = 1; i <= faces.Extent(); ++i) AppendFacePoints(TopoDS::Face(faces(i)), points);
+    return points;
 }
 
 }  // namespace vrn::selection

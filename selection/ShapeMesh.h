@@ -5,7 +5,6 @@
 
 #include <vector>
 
-class TopoDS_Face;
 class TopoDS_Shape;
 
 namespace vrn::selection {
@@ -16,9 +15,5 @@ namespace vrn::selection {
 /// nothing here. Thread: pure.
 [[nodiscard]] VRN_VISUAL_API std::vector<rob::PosTemplate<float>> GetShapeMeshPoints(
     const TopoDS_Shape& shape);
-
-/// Appends those of one face; a null face adds nothing. Thread: pure.
-VRN_VISUAL_API void AppendFacePoints(const TopoDS_Face& face,
-                                     std::vector<rob::PosTemplate<float>>& points);
 
 }  // namespace vrn::selection

@@ -1,12 +1,18 @@
 #include "selection/VisualSelection.h"
 
+#include "engine/Scene.h"
+#include "selection/BVHBuilder.h"
 #include "selection/CurveObject.h"
+#include "selection/LassoSelector.h"
 #include "selection/LineObject.h"
 #include "selection/MeshObject.h"
+#include "selection/PlaneBoundedVolume.h"
 #include "selection/PointCloudObject.h"
 #include "selection/PointObject.h"
+#include "selection/Ray.h"
 #include "selection/ShapeObject.h"
 #include "suite/broker/SignalBroker.h"
+#include "view/Camera.h"
 #include "visual/geometry/CurveVisual.h"
 #include "visual/geometry/LineVisual.h"
 #include "visual/geometry/PointCloudVisual.h"
@@ -17,6 +23,7 @@
 #include "visual/VisualIterator.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <stdexcept>
 
@@ -24,10 +31,54 @@ namespace vrn::selection {
 
 namespace {
 
+using Pos = rob::PosTemplate<float>;
 using SubtreeIterator = visual::ForestIterator<visual::Visual>;
 
 SelectableObject* AsObject(BVHPrimitive* primitive) {
     return static_cast<SelectableObject*>(primitive);
+}
+
+PointCloudObject* AsCloud(BVHPrimitive* primitive) {
+    return static_cast<PointCloudObject*>(primitive);
+}
+
+/// The volume's tree query yields candidates untested. An empty box lies nowhere, but its numbers
+/// would count as partly inside.
+bool IsUnder(const PlaneBoundedVolume& volume, const BVHPrimitive& candidate) {
+    return candidate.box.isValid() && volume.intersect(candidate.box) < PlaneBoundedVolume::Outside;
+}
+
+void Append(std::vector<unsigned long>& list, std::vector<unsigned long>&& more) {
+    if (list.empty())
+        list = std::move(more);
+    else
+        list.insert(list.end(), more.begin(), more.end());
+}
+
+/// Whether there is a view to look through.
+bool HasView() {
+    const visual::Camera* camera = visual::Camera::Get();
+    return camera && camera->viewportWidth() > 0 && camera->viewportHeight() > 0;
+}
+
+template <class... Numbers>
+bool AreFinite(Numbers... numbers) {
+    return (std::isfinite(numbers) && ...);
+}
+
+bool IsFinite(const std::vector<Pos>& polygon) {
+    return std::ranges::all_of(polygon, [](const Pos& p) { return AreFinite(p.x, p.y); });
+}
+
+/// Where the line of a ray meets the plane through the origin that the vertical stands on.
+Pos GroundPoint(const visual::Ray& ray) {
+    constexpr float parallel = 1.1920929e-07f;
+    const int vertical = visual::Scene::Get()->settings.verticalDir;
+    const unsigned axis = vertical == 0 ? 0 : vertical == 1 ? 1 : 2;
+    const float towards = visual::component(ray.direction, axis);
+    if (std::abs(towards) < parallel) return {0, 0, 0};
+    const float t = -visual::component(ray.origin, axis) / towards;
+    return ray.origin + ray.direction.asVec3() * t;
 }
 
 }  // namespace
@@ -191,8 +242,92 @@ void VisualSelection::updateWorldBoxes() {
 void VisualSelection::update() {
     if (!dirty.load()) return;
     updateWorldBoxes();
+    for (PrimitiveContainer& container : containers)
+        container.tree = BVHBuilder(&container).build();
     dirty.exchange(false);
     broker::SignalBroker::snapResultInvalidated();
+}
+
+// --- queries
+
+Result VisualSelection::select(float x, float y) { return pick(x, y, containers[0]); }
+
+Result VisualSelection::selectPointInCloud(float x, float y) { return pick(x, y, containers[1]); }
+
+Result VisualSelection::pick(float x, float y, const PrimitiveContainer& container) const {
+    Result best;
+    if (dirty.load() || !HasView() || !AreFinite(x, y)) return best;
+    const visual::Ray ray = visual::Camera::Get()->getViewportRay(x, y);
+    std::vector<BVHPrimitive*> candidates;
+    container.tree.intersect(ray, candidates);
+    for (BVHPrimitive* candidate : candidates) {
+        Result result = candidate->intersect(ray);
+        if (!result.hit) continue;
+        if (AsObject(candidate)->priority) return result;
+        if (result.distance < best.distance) best = std::move(result);
+    }
+    if (!best.hit) best.position = GroundPoint(ray);
+    return best;
+}
+
+template <class Shape>
+Result VisualSelection::senseFirst(const Shape& shape) const {
+    Result result;
+    result.valid = !dirty.load();
+    if (!result.valid) return result;
+    std::vector<BVHPrimitive*> candidates;
+    containers[0].tree.intersect(shape, candidates);
+    for (BVHPrimitive* candidate : candidates) {
+        if (!AsObject(candidate)->detectable) continue;
+        Result touched = candidate->intersect(shape);
+        if (touched.hit) return touched;
+    }
+    return result;
+}
+
+Result VisualSelection::sense(const rob::TriangleTemplate<float>& triangle) {
+    return senseFirst(triangle);
+}
+
+Result VisualSelection::sense(const rob::LineTemplate<float>& line) { return senseFirst(line); }
+
+std::vector<visual::Visual*> VisualSelection::boxSelect(float x0, float y0, float x1, float y1) {
+    if (dirty.load() || !HasView() || !AreFinite(x0, y0, x1, y1)) return {};
+    const PlaneBoundedVolume volume(x0, y0, x1, y1);
+    std::vector<BVHPrimitive*> candidates;
+    containers[0].tree.intersect(volume, candidates);
+    std::vector<visual::Visual*> found;
+    for (BVHPrimitive* candidate : candidates)
+        if (IsUnder(volume, *candidate)) found.push_back(AsObject(candidate)->visual);
+    return found;
+}
+
+CloudPoints VisualSelection::boxSelectPointCloud(float x0, float y0, float x1, float y1) {
+    if (dirty.load() || !HasView() || !AreFinite(x0, y0, x1, y1)) return {};
+    const PlaneBoundedVolume volume(x0, y0, x1, y1);
+    std::vector<BVHPrimitive*> candidates;
+    containers[1].tree.intersect(volume, candidates);
+    CloudPoints found;
+    for (BVHPrimitive* candidate : candidates) {
+        if (!IsUnder(volume, *candidate)) continue;
+        std::vector<unsigned long> indices;
+        if (!volume.intersect(AsCloud(candidate), indices)) continue;
+        Append(found[AsObject(candidate)->visual->id], std::move(indices));
+    }
+    return found;
+}
+
+CloudPoints VisualSelection::lassoSelectPointCloud(const std::vector<Pos>& polygon) {
+    if (dirty.load() || !HasView() || !IsFinite(polygon)) return {};
+    const LassoSelector lasso(visual::Camera::Get(), polygon);
+    CloudPoints found;
+    for (BVHPrimitive* candidate : lasso.selectBVH(containers[1].tree, rob::PoseTemplate<float>()))
+        lasso.selectPointCloud(AsCloud(candidate), found);
+    return found;
+}
+
+CloudPoints VisualSelection::convexSelectPointCloud(const std::vector<Pos>& polygon) {
+    return lassoSelectPointCloud(polygon);
 }
 
 void VisualSelection::add(std::unique_ptr<SelectableObject> object, PrimitiveContainer& container) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "selection/PrimitiveContainer.h"
+#include "selection/Result.h"
+#include "suite/rob/ShapeTypes.h"
 #include "visual/VrnVisualApi.h"
 
 #include <array>
@@ -8,8 +10,7 @@
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
-
-class TopoDS_Shape;
+#include <vector>
 
 namespace vrn::visual {
 class CurveVisual;
@@ -25,11 +26,19 @@ namespace vrn::selection {
 
 class SelectableObject;
 
-/// The registry of what can be picked, and the mark that tells whether it is up to date.
+/// Points of clouds: the numbers of the points under the id of the cloud's visual.
+using CloudPoints = std::unordered_map<unsigned int, std::vector<unsigned long>>;
+
+/// The registry of what can be picked, and the queries that pick.
+///
+///     selection->update();                                  // once a frame, before the questions
+///     const Result hit = selection->select(mouseX, mouseY);  // window pixels
+///     if (hit.hit) use(hit.visual, hit.position);
 ///
 /// Visuals register themselves when they are built and are taken out by Scene::deleteVisual. Every
 /// change of the registry and every move of a registered visual sets `dirty`; the host calls update
-/// once a frame, before it asks. A visual that was never registered is passed over by every
+/// once a frame, before it asks. It may do so both before and after Scene::processMsgs: an update
+/// without a change costs nothing. A visual that was never registered is passed over by every
 /// operation that does not say otherwise, and so is null. Thread: render.
 class VRN_VISUAL_API VisualSelection {
 public:
@@ -87,9 +96,42 @@ public:
 
     /// Brings the world boxes of all objects up to date, registered or not.
     void updateWorldBoxes();
-    /// Does nothing unless `dirty`; else updates the world boxes, clears the mark, and signals
-    /// broker::SignalBroker::snapResultInvalidated on this thread. What throws leaves the mark set.
+    /// Does nothing unless `dirty`; else updates the world boxes, builds the hierarchies over the
+    /// enabled objects, clears the mark, and signals broker::SignalBroker::snapResultInvalidated on
+    /// this thread. What throws leaves the mark set.
     void update();
+
+    // The queries. While `dirty` is set no hierarchy is trusted, and the answer is that of an empty
+    // scene without a ground. So it is where there is no view to look through: without a camera, a
+    // render target or an extent of it, and for a coordinate that is not finite. What degenerate
+    // geometry of a candidate throws passes through.
+
+    /// What lies under a pixel, clouds left out: the nearest hit, of equally distant ones the one
+    /// that is visited first; but the first hit on a `priority` object beats all others. A miss
+    /// carries in `position` the point where the line of sight meets the ground plane through the
+    /// origin, also behind the camera, or (0, 0, 0) if it runs along the ground. The empty Result
+    /// without a view.
+    [[nodiscard]] Result select(float x, float y);
+    /// The same among the clouds alone.
+    [[nodiscard]] Result selectPointInCloud(float x, float y);
+
+    /// Contact tests: the first detectable object that is touched, which need not be the nearest.
+    /// While `dirty` is set `valid` is false. A line without length, or with a NaN, throws
+    /// std::overflow_error where there is anything to test.
+    [[nodiscard]] Result sense(const rob::TriangleTemplate<float>& triangle);
+    [[nodiscard]] Result sense(const rob::LineTemplate<float>& line);
+
+    /// The visuals whose world box is at least partly under the rectangle between two opposite
+    /// corners in window pixels, clouds left out; in the order in which they are found.
+    [[nodiscard]] std::vector<visual::Visual*> boxSelect(float x0, float y0, float x1, float y1);
+    /// The points of clouds under the rectangle, ascending for each object.
+    [[nodiscard]] CloudPoints boxSelectPointCloud(float x0, float y0, float x1, float y1);
+    /// The points of clouds inside a polygon of window pixels, by the even-odd rule.
+    [[nodiscard]] CloudPoints lassoSelectPointCloud(
+        const std::vector<rob::PosTemplate<float>>& polygon);
+    /// lassoSelectPointCloud: a convex polygon is one as any other.
+    [[nodiscard]] CloudPoints convexSelectPointCloud(
+        const std::vector<rob::PosTemplate<float>>& polygon);
 
     // --- what the library's own classes read ---
     std::unordered_map<visual::Visual*, SelectableObject*> objects;
@@ -99,6 +141,9 @@ public:
     std::atomic<bool> dirty = false;
 
 private:
+    [[nodiscard]] Result pick(float x, float y, const PrimitiveContainer& container) const;
+    template <class Shape>
+    [[nodiscard]] Result senseFirst(const Shape& shape) const;
     void add(std::unique_ptr<SelectableObject> object, PrimitiveContainer& container);
     static void removeRepeated(visual::Visual* visual, PrimitiveContainer& container);
     void setDirty();

@@ -19,11 +19,6 @@ constexpr std::size_t colourParameter = 0;
 // overflows.
 constexpr float farthest = 1e15f;
 
-// False for a coordinate that is no number.
-bool IsDrawable(const rob::PosTemplate<float>& p) {
-    return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::abs(p.z) <= farthest;
-}
-
 Ogre::Vector4 Parameter(const rob::ColorTemplate<float>& color, float alpha) {
     return {color.r, color.g, color.b, alpha};
 }
@@ -63,6 +58,11 @@ private:
 };
 
 }  // namespace
+
+// Each comparison is false for a coordinate that is no number.
+bool IsDrawable(const rob::PosTemplate<float>& p) {
+    return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::abs(p.z) <= farthest;
+}
 
 Ogre::ManualObject* MakePointPicture(Visual* visual) {
     Ogre::ManualObject* picture = visual->node->getCreator()->createManualObject();

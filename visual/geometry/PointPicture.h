@@ -13,6 +13,10 @@ namespace vrn::visual {
 
 class Visual;
 
+/// Whether a picture shows the point: false if it is not finite or lies beyond 1e15 on an axis.
+/// Thread: pure.
+[[nodiscard]] bool IsDrawable(const rob::PosTemplate<float>& point);
+
 /// A picture of points on the visual's node, empty yet. The visual owns it and has to destroy it.
 /// Thread: render.
 Ogre::ManualObject* MakePointPicture(Visual* visual);
