@@ -148,13 +148,13 @@ TEST_F(PointClouds, BeforeTheFirstUpdateThereIsNoPictureAndTheBoundsAreEmpty) {
     EXPECT_FALSE(visual.getBoundingBox().isValid());
 }
 
-TEST_F(PointClouds, ItsBoxInTheWorldIsAUnitWiderThanThePointsAndFollowsThePose) {
+TEST_F(PointClouds, ItsBoxInTheWorldIsThreeUnitsWiderThanThePointsAndFollowsThePose) {
     PointCloudVisual* visual = build();
     visual->setPosition(100, 0, 0);
     pump();
     const auto* object = picking().getObject(visual);
-    EXPECT_EQ(object->box.min, (Pos{99, -1, -1}));
-    EXPECT_EQ(object->box.max, (Pos{111, 21, 31}));
+    EXPECT_EQ(object->box.min, (Pos{97, -3, -3}));
+    EXPECT_EQ(object->box.max, (Pos{113, 23, 33}));
 }
 
 TEST_F(PointClouds, AnEmptyCloudIsNotPickableUntilItHasPoints) {

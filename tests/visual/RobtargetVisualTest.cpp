@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "selection/SelectableObject.h"
+#include "selection/SensitiveLine.h"
 #include "selection/VisualSelection.h"
 #include "suite/task/DataItem.h"
 #include "tests/visual/InstanceFixture.h"
@@ -83,19 +84,23 @@ TEST_F(Robtargets, ItsBoxInTheWorldFollowsPoseAndAxes) {
     const auto* object = selection::VisualSelection::Get()->getObject(target);
     EXPECT_EQ(object->kind, selection::ObjectKind::Line);
     EXPECT_TRUE(object->detectable);
-    EXPECT_EQ(object->box.min, (rob::PosTemplate<float>{100, 0, 0}));
-    EXPECT_EQ(object->box.max, (rob::PosTemplate<float>{160, 60, 60}));
-    scene().setVisualPose(item->id, {{0, 0, 0}, {}});
+    EXPECT_TRUE(object->box.isPointInside(100, 0, 0));
+    EXPECT_TRUE(object->box.isPointInside(160, 60, 60));
+    const rob::PosTemplate<float> before = object->box.max;
+    scene().setVisualPose(item->id, {{5100, 0, 0}, {}});
     pump();
-    EXPECT_EQ(object->box.max, (rob::PosTemplate<float>{60, 60, 60}));
+    EXPECT_NEAR(object->box.max.x, before.x + 5000, 0.01);
+    EXPECT_NEAR(object->box.max.y, before.y, 0.01);
 }
 
-TEST_F(Robtargets, ItsBoxIsTheZAxisWhileTheSceneShowsNoOther) {
+TEST_F(Robtargets, OnlyItsZAxisIsPickedWhileTheSceneShowsNoOther) {
     scene().settings.drawTargetZAxisOnly = true;
     RobtargetVisual* target = RobtargetVisual::Build(root(), item->id);
     pump();
     const auto* object = selection::VisualSelection::Get()->getObject(target);
-    EXPECT_EQ(object->box.max, (rob::PosTemplate<float>{0, 0, 60}));
+    ASSERT_EQ(object->primitives.size(), 1u);
+    const auto& axis = dynamic_cast<selection::SensitiveLine&>(*object->primitives[0]);
+    EXPECT_EQ(axis.end, (rob::PosTemplate<float>{0, 0, 60}));
 }
 
 }  // namespace vrn::test

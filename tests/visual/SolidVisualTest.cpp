@@ -411,16 +411,16 @@ TEST_F(SolidVisuals, PickingLearnsWhichFacesAreVisible) {
     picking()->setDetectable(solid, false);
     picking()->setObjectEnabled(solid, false);
     pump();
-    EXPECT_EQ(picking()->getObject(solid)->box.max.z, 500);
+    EXPECT_EQ(picking()->getObject(solid)->box.max.z, 501);
     solid->setFaceVisible(2, false);
     EXPECT_TRUE(picking()->dirty);
     pump();
-    EXPECT_EQ(picking()->getObject(solid)->box.max.z, 0);
+    EXPECT_EQ(picking()->getObject(solid)->box.max.z, 1);
     EXPECT_FALSE(picking()->getObject(solid)->detectable);
     EXPECT_FALSE(picking()->getObject(solid)->enabled);
     solid->setVisible(true, false);
     pump();
-    EXPECT_EQ(picking()->getObject(solid)->box.max.z, 500);
+    EXPECT_EQ(picking()->getObject(solid)->box.max.z, 501);
 }
 
 TEST_F(SolidVisuals, ASolidThatCannotBePickedHidesFacesAsWell) {
