@@ -26,11 +26,13 @@ bool IsGeometry(VisualType type) {
 
 rob::PosTemplate<double> ToPos(const Ogre::Vector3& v) { return {v.x, v.y, v.z}; }
 
-/// Calls `use` on each visual that carries geometry, from `visual` down.
-template <class Use>
-void ForGeometry(const visual::Visual& visual, const Use& use) {
+/// Calls `use` on each visual that carries geometry, from `visual` down. What is attached to
+/// another object is there as well, which the visuals' own sums leave out.
+template <class VisualOrConst, class Use>
+void ForGeometry(VisualOrConst& visual, const Use& use) {
     if (IsGeometry(visual.type)) use(visual);
-    for (const visual::Visual* child : visual.getChildren()) ForGeometry(*child, use);
+    for (visual::Visual* child : visual.getChildren())
+        ForGeometry(static_cast<VisualOrConst&>(*child), use);
 }
 
 /// Of the visual's own objects.
@@ -69,11 +71,11 @@ Counts& Counts::operator+=(const Counts& o) {
 
 Counts CountsOf(visual::Visual& visual) {
     Counts counts;
-    counts.bodies = visual.getBodiesNum();
-    counts.faces = visual.getFacesNum();
-    counts.triangles = visual.getTrianglesNum();
-    counts.vertices = visual.getVerticesNum();
-    ForGeometry(visual, [&](const visual::Visual& body) {
+    ForGeometry(visual, [&](visual::Visual& body) {
+        counts.bodies += body.getBodiesNum();
+        counts.faces += body.getFacesNum();
+        counts.triangles += body.getTrianglesNum();
+        counts.vertices += body.getVerticesNum();
         if (const auto* cloud = dynamic_cast<const visual::PointCloudVisual*>(&body))
             counts.points += cloud->getPoints().size();
         if (body.type == VisualType::Point) ++counts.points;

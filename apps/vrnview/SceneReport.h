@@ -45,7 +45,7 @@ struct SceneReport {
     std::vector<VisualReport> visuals;  ///< what stands under the world visual
 };
 
-/// What `visual` and all below it hold. Thread: render.
+/// What `visual` and all below it hold, whether it shows or is hidden. Thread: render.
 [[nodiscard]] Counts CountsOf(visual::Visual& visual);
 /// World bounds of the bodies, meshes and points at and below `visual`. Takes the poses as they are
 /// now. Thread: render.

@@ -98,6 +98,21 @@ TEST_F(StationHost, StationShowsWhatItNamesAndALineForWhatIsMissing) {
     EXPECT_EQ(report["bounds"]["max"], json::array({300.0, 100.0, 100.0}));
 }
 
+TEST_F(StationHost, AttachedBodiesCountAsAllOthersInEveryCommand) {
+    WriteBytes(path("carried.station.json"), R"({"format": "vrn-station", "version": 1,
+        "objects": [{"type": "part", "id": "table", "file": "box.stl"},
+                    {"type": "tool", "id": "gripper", "bodies": [{"file": "box.stl"}]}],
+        "attachments": [{"child": "gripper", "parent": "table"}]})");
+    const json report = info({path("carried.station.json")});
+    EXPECT_EQ(report["inputs"][0]["bodies"], 2);
+    EXPECT_EQ(report["totals"]["bodies"], 2);
+    EXPECT_EQ(report["totals"]["triangles"], 24);
+    const ProcessResult render = vrnview({"render", path("carried.station.json"), "-o",
+                                          path("p.png"), "--size", "64x64", "--hide", "table"});
+    EXPECT_EQ(render.out,
+              path("p.png") + "\n2 bodies, 2 faces, 24 triangles, 72 vertices, 0 points\n");
+}
+
 TEST_F(StationHost, MixOfKindsIsOpened) {
     const json report = info({path("box.stl"), path("arm.urdf"), path("scan.xyz")});
     EXPECT_EQ(report["inputs"].size(), 3u);
