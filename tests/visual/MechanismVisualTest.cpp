@@ -39,6 +39,13 @@ protected:
     layout::Tool* tool = nullptr;
 };
 
+TEST_F(Mechanisms, AMechanismWhoseChildrenWereClearedTakesEveryLookWithoutHarm) {
+    MechanismVisual* mechanism = build();
+    mechanism->clearChildren();
+    runThroughLooks(mechanism);
+    EXPECT_THAT(mechanism->getChildren(), ElementsAre());
+}
+
 TEST_F(Mechanisms, LinksComeFirstThenBareNodesThenTheBaseFrame) {
     auto* socket = model.make<layout::MechanismNode>("socket");
     socket->setPose({{7, 8, 9}, {}});

@@ -190,6 +190,16 @@ TEST_F(PartVisuals, HighlightingLeavesTheLocalFrameAsItIs) {
     EXPECT_FALSE(ShowsFrame(part));
 }
 
+TEST_F(PartVisuals, APartWhoseChildrenWereClearedTakesEveryLookWithoutHarm) {
+    Visual* part = buildPart(makeBoxPart("bracket"));
+    part->clearChildren();
+    part->setSelected();
+    part->setHighlighted();
+    part->resetAppearance();
+    part->clearHighlightOrSelect();
+    EXPECT_THAT(part->getChildren(), ElementsAre());
+}
+
 TEST_F(PartVisuals, HidingAPartLeavesItsLocalFrameAlone) {
     Visual* part = buildPart(makeBoxPart("bracket"));
     LocalFrameOf(part)->setVisible(true, true);

@@ -36,7 +36,7 @@ bool AssemblyVisual::CanApplyMaterial(const Visual* child) {
 
 void AssemblyVisual::resetAppearance() {
     ForEachAdmittedChild(this, CanApplyMaterial, [](Visual* child) { child->resetAppearance(); });
-    localFrame->setVisible(false, /*cascade=*/true);
+    HideOwnFrame(this, localFrame);
 }
 
 void AssemblyVisual::setSelected() {
@@ -49,7 +49,7 @@ void AssemblyVisual::setHighlighted() { HighlightChildren(this, CanApplyMaterial
 void AssemblyVisual::clearHighlightOrSelect() {
     ForEachAdmittedChild(this, CanApplyMaterial,
                          [](Visual* child) { child->clearHighlightOrSelect(); });
-    localFrame->setVisible(false, /*cascade=*/true);
+    HideOwnFrame(this, localFrame);
 }
 
 }  // namespace vrn::visual

@@ -4,6 +4,7 @@
 #include "suite/layout/Mechanism.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/station/LinkVisual.h"
+#include "visual/station/LocalFrame.h"
 
 namespace vrn::visual {
 
@@ -43,12 +44,12 @@ MechanismVisual::~MechanismVisual() { clearChildren(); }
 
 void MechanismVisual::resetAppearance() {
     ForEachLinkAndFrame(this, [](Visual* child) { child->resetAppearance(); });
-    baseFrame->setVisible(false, /*cascade=*/true);
+    HideOwnFrame(this, baseFrame);
 }
 
 void MechanismVisual::setSelected() {
     ForEachLinkAndFrame(this, [](Visual* child) { child->setSelected(); });
-    baseFrame->setVisible(true, /*cascade=*/true);
+    ShowOwnFrame(this, baseFrame);
 }
 
 void MechanismVisual::setHighlighted() {
@@ -60,7 +61,7 @@ void MechanismVisual::setHighlighted() {
 
 void MechanismVisual::clearHighlightOrSelect() {
     ForEachLinkAndFrame(this, [](Visual* child) { child->clearHighlightOrSelect(); });
-    baseFrame->setVisible(false, /*cascade=*/true);
+    HideOwnFrame(this, baseFrame);
 }
 
 }  // namespace vrn::visual

@@ -81,7 +81,7 @@ bool PartVisual::canApplyMaterial(const Visual* child) {
 
 void PartVisual::resetAppearance() {
     ForEachAdmittedChild(this, canApplyMaterial, [](Visual* child) { child->resetAppearance(); });
-    localFrame->setVisible(false, /*cascade=*/true);
+    HideOwnFrame(this, localFrame);
 }
 
 void PartVisual::setSelected() {
@@ -94,7 +94,7 @@ void PartVisual::setHighlighted() { HighlightChildren(this, canApplyMaterial); }
 void PartVisual::clearHighlightOrSelect() {
     ForEachAdmittedChild(this, canApplyMaterial,
                          [](Visual* child) { child->clearHighlightOrSelect(); });
-    localFrame->setVisible(false, /*cascade=*/true);
+    HideOwnFrame(this, localFrame);
 }
 
 }  // namespace vrn::visual

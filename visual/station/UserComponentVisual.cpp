@@ -61,7 +61,7 @@ bool UserComponentVisual::canApplyMaterial(const Visual* child) {
 
 void UserComponentVisual::resetAppearance() {
     ForEachAdmittedChild(this, canApplyMaterial, [](Visual* child) { child->resetAppearance(); });
-    localFrame->setVisible(false, /*cascade=*/true);
+    HideOwnFrame(this, localFrame);
 }
 
 void UserComponentVisual::setSelected() {
