@@ -2,7 +2,6 @@
 
 #include <BRep_Builder.hxx>
 #include <BRep_Tool.hxx>
-#include <BRepAlgoAPI_Common.hxx>
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepAlgoAPI_Fuse.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
@@ -12,7 +11,6 @@
 #include <BRepFilletAPI_MakeFillet.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
-#include <BRepPrimAPI_MakePrism.hxx>
 #include <BRepPrimAPI_MakeRevol.hxx>
 #include <gp_Ax1.hxx>
 #include <gp_Ax2.hxx>
@@ -92,23 +90,6 @@ TopoDS_Shape CylinderAt(const gp_Pnt& foot, const gp_Vec& axis, double radius) {
     return BRepPrimAPI_MakeCylinder(gp_Ax2(foot, gp_Dir(axis)), radius, axis.Magnitude()).Shape();
 }
 
-TopoDS_Shape PolygonPrism(const gp_Pnt& foot, int sides, double acrossFlats, double height) {
-    const double cornerRadius = acrossFlats / 2 / std::cos(std::numbers::pi / sides);
-    BRepBuilderAPI_MakePolygon polygon;
-    for (int i = 0; i < sides; ++i) {
-        const double angle = 2 * std::numbers::pi * i / sides;
-        polygon.Add(gp_Pnt(foot.X() + cornerRadius * std::cos(angle),
-                           foot.Y() + cornerRadius * std::sin(angle), foot.Z()));
-    }
-    return BRepPrimAPI_MakePrism(FaceOf(polygon), gp_Vec(0, 0, height)).Shape();
-}
-
-TopoDS_Shape PrismAlongX(double x, const std::vector<gp_Pnt2d>& outline, double dx) {
-    BRepBuilderAPI_MakePolygon polygon;
-    for (const gp_Pnt2d& p : outline) polygon.Add(gp_Pnt(x, p.X(), p.Y()));
-    return BRepPrimAPI_MakePrism(FaceOf(polygon), gp_Vec(dx, 0, 0)).Shape();
-}
-
 TopoDS_Shape TurnedAboutX(const std::vector<gp_Pnt2d>& halfSection) {
     BRepBuilderAPI_MakePolygon polygon;
     for (const gp_Pnt2d& p : halfSection) polygon.Add(gp_Pnt(p.X(), 0, p.Y()));
@@ -122,10 +103,6 @@ TopoDS_Shape Fused(const std::vector<TopoDS_Shape>& shapes) {
 
 TopoDS_Shape Cut(const TopoDS_Shape& body, const std::vector<TopoDS_Shape>& tools) {
     return Combined<BRepAlgoAPI_Cut>(ListOf({body}), ListOf(tools));
-}
-
-TopoDS_Shape Common(const TopoDS_Shape& a, const TopoDS_Shape& b) {
-    return Combined<BRepAlgoAPI_Common>(ListOf({a}), ListOf({b}));
 }
 
 TopoDS_Shape Compound(const std::vector<TopoDS_Shape>& shapes) {

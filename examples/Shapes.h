@@ -19,17 +19,11 @@ namespace vrn::examples {
 [[nodiscard]] TopoDS_Shape BoxAt(const gp_Pnt& corner, double dx, double dy, double dz);
 /// A cylinder that starts at `foot` and ends at `foot` + `axis`.
 [[nodiscard]] TopoDS_Shape CylinderAt(const gp_Pnt& foot, const gp_Vec& axis, double radius);
-/// An upright prism with `sides` equal sides, `acrossFlats` wide, a corner of it towards +X.
-[[nodiscard]] TopoDS_Shape PolygonPrism(const gp_Pnt& foot, int sides, double acrossFlats,
-                                        double height);
-/// The polygon `outline` in the YZ plane at `x`, given as (y, z), drawn out by `dx` along X.
-[[nodiscard]] TopoDS_Shape PrismAlongX(double x, const std::vector<gp_Pnt2d>& outline, double dx);
 /// The closed half section (axial position, radius) turned about the X axis.
 [[nodiscard]] TopoDS_Shape TurnedAboutX(const std::vector<gp_Pnt2d>& halfSection);
 
 [[nodiscard]] TopoDS_Shape Fused(const std::vector<TopoDS_Shape>& shapes);
 [[nodiscard]] TopoDS_Shape Cut(const TopoDS_Shape& body, const std::vector<TopoDS_Shape>& tools);
-[[nodiscard]] TopoDS_Shape Common(const TopoDS_Shape& a, const TopoDS_Shape& b);
 [[nodiscard]] TopoDS_Shape Compound(const std::vector<TopoDS_Shape>& shapes);
 [[nodiscard]] TopoDS_Shape Moved(const TopoDS_Shape& shape, const gp_Vec& by);
 /// Turned by `degrees` about the upright axis through `centre`.
