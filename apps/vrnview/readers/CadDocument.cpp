@@ -36,7 +36,11 @@ public:
         XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", document);
         XCAFDoc_DocumentTool::SetLengthUnit(document, 1.0, UnitsMethods_LengthUnit_Millimeter);
     }
-    ~Document() { XCAFApp_Application::GetApplication()->Close(document); }
+    ~Document() {
+        // Layers and tolerances point at each other and would outlive the document.
+        document->Main().Root().ForgetAllAttributes(/*clearChildren=*/true);
+        XCAFApp_Application::GetApplication()->Close(document);
+    }
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;
 
