@@ -7,7 +7,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <optional>
 #include <stdexcept>
 
 namespace vrn::selection {
@@ -94,8 +93,11 @@ Math::Interval IntervalOf(const Distances& along, const Distances& distances) {
 
 bool Overlap(const Math::Interval& m, const Math::Interval& n) {
     const float xx = m.x0 * m.x1, yy = n.x0 * n.x1, xxyy = xx * yy;
-    float m0 = m.a * xxyy + m.b * m.x1 * yy, m1 = m.a * xxyy + m.c * m.x0 * yy;
-    float n0 = n.a * xxyy + n.b * xx * n.x1, n1 = n.a * xxyy + n.c * xx * n.x0;
+    const auto end = [xxyy](const std::optional<float>& vertex, float a, float rest) {
+        return vertex ? *vertex * xxyy : a * xxyy + rest;
+    };
+    float m0 = end(m.vertex0, m.a, m.b * m.x1 * yy), m1 = end(m.vertex1, m.a, m.c * m.x0 * yy);
+    float n0 = end(n.vertex0, n.a, n.b * xx * n.x1), n1 = end(n.vertex1, n.a, n.c * xx * n.x0);
     Math::sort(m0, m1);
     Math::sort(n0, n1);
     return !(m1 < n0 || n1 < m0);
@@ -210,7 +212,11 @@ Math::Interval Math::computeTrianIntervals(float p0, float p1, float p2, float d
                                            float d2, bool d0d1Positive, bool d0d2Positive) {
     // The first argument is the vertex that lies alone on its side.
     const auto from = [](float p, float d, float pa, float da, float pb, float db) {
-        return Interval{p, (pa - p) * d, (pb - p) * d, d - da, d - db};
+        const auto vertex = [](float along, float distance) {
+            return distance == 0 ? std::optional(along) : std::nullopt;
+        };
+        return Interval{p,      (pa - p) * d,   (pb - p) * d,  d - da,
+                        d - db, vertex(pa, da), vertex(pb, db)};
     };
     if (d0d1Positive) return from(p2, d2, p0, d0, p1, d1);
     if (d0d2Positive) return from(p1, d1, p0, d0, p2, d2);

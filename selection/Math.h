@@ -4,6 +4,7 @@
 #include "suite/rob/ShapeTypes.h"
 #include "visual/VrnVisualApi.h"
 
+#include <optional>
 #include <utility>
 
 namespace vrn::selection {
@@ -28,6 +29,9 @@ public:
     /// the ends are a + b / x0 and a + c / x1.
     struct Interval {
         float a, b, c, x0, x1;
+        /// An end that is a vertex in that plane: the terms would round it, and triangles that
+        /// share a vertex would miss each other by that.
+        std::optional<float> vertex0, vertex1;
     };
 
     /// Puts the smaller value first.
