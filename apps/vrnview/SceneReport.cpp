@@ -9,8 +9,10 @@
 #include "apps/vrnview/Framing.h"
 #include "mesh/Mesh.h"
 #include "mesh/MeshManager.h"
+#include "selection/ShapeMesh.h"
 #include "visual/geometry/MeshVisual.h"
 #include "visual/geometry/PointCloudVisual.h"
+#include "visual/geometry/SolidVisual.h"
 #include "visual/Visual.h"
 #include "visual/VisualType.h"
 
@@ -51,6 +53,26 @@ const visual::Mesh* MeshOf(const visual::Visual& visual) {
     const visual::MeshManager& meshes = *visual::MeshManager::Get();
     if (shown == nullptr || !meshes.hasMesh(shown->getMeshName())) return nullptr;
     return meshes.getMesh(shown->getMeshName());
+}
+
+/// The points that the visual's picture is made of, in its own frame; none where they are not at
+/// hand.
+std::vector<rob::PosTemplate<float>> PointsOf(const visual::Visual& visual) {
+    if (const visual::Mesh* mesh = MeshOf(visual)) return mesh->vertices;
+    if (const auto* cloud = dynamic_cast<const visual::PointCloudVisual*>(&visual))
+        return cloud->getPoints();
+    if (const auto* solid = dynamic_cast<const visual::SolidVisual*>(&visual))
+        return selection::GetShapeMeshPoints(solid->getShape());
+    return {};
+}
+
+/// Those that can be drawn, in the world.
+void AppendPoints(std::vector<rob::PosTemplate<double>>& points, const visual::Visual& visual) {
+    const Ogre::Affine3& toWorld = visual.node->_getFullTransform();
+    const auto isDrawn = [](float coordinate) { return std::abs(coordinate) <= maxCoordinate; };
+    for (const rob::PosTemplate<float>& p : PointsOf(visual))
+        if (isDrawn(p.x) && isDrawn(p.y) && isDrawn(p.z))
+            points.push_back(ToPos(toWorld * Ogre::Vector3(p.x, p.y, p.z)));
 }
 
 /// Poses set since the last frame reach what the nodes tell of the world here.
@@ -104,14 +126,13 @@ std::vector<rob::PosTemplate<double>> OutlineOf(const visual::Visual& visual) {
     UpdatePoses(visual);
     std::vector<rob::PosTemplate<double>> outline;
     ForGeometry(visual, [&](const visual::Visual& body) {
-        if (const visual::Mesh* mesh = MeshOf(body); mesh != nullptr) {
-            const Ogre::Affine3& toWorld = body.node->_getFullTransform();
-            for (const auto& p : mesh->vertices)
-                outline.push_back(ToPos(toWorld * Ogre::Vector3(p.x, p.y, p.z)));
-        } else {
-            const std::vector<rob::PosTemplate<double>> corners = CornersOf(OwnBounds(body));
-            outline.insert(outline.end(), corners.begin(), corners.end());
-        }
+        const Bounds bounds = OwnBounds(body);
+        if (bounds.isEmpty()) return;
+        const std::size_t before = outline.size();
+        AppendPoints(outline, body);
+        if (outline.size() > before) return;
+        const std::vector<rob::PosTemplate<double>> corners = CornersOf(bounds);
+        outline.insert(outline.end(), corners.begin(), corners.end());
     });
     return outline;
 }

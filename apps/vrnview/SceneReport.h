@@ -54,8 +54,9 @@ struct SceneReport {
 /// maxCoordinate from the origin. Thread: render.
 [[nodiscard]] bool HasUsableCoordinates(const visual::Visual& visual);
 inline constexpr float maxCoordinate = 1e15f;
-/// What has to be in a picture of `visual` and all below it: the vertices of meshes, the corners of
-/// the world boxes of other bodies and points. Takes the poses as they are now. Thread: render.
+/// What has to be in a picture of `visual` and all below it: the points of meshes, solids and
+/// clouds, the corners of the world boxes of what else carries geometry. Takes the poses as they
+/// are now. Thread: render.
 [[nodiscard]] std::vector<rob::PosTemplate<double>> OutlineOf(const visual::Visual& visual);
 /// Thread: render.
 [[nodiscard]] VisualReport TreeOf(const visual::Visual& visual);

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
+#include <format>
 #include <set>
 #include <string>
 #include <vector>
@@ -74,6 +76,23 @@ TEST_P(RenderOfSizes, CubeFillsThePictureAlmostToTheRim) {
 
 INSTANTIATE_TEST_SUITE_P(Sizes, RenderOfSizes, testing::Values(0.001f, 0.1f, 100.0f, 2e4f, 3e6f),
                          [](const auto& test) { return "Case" + std::to_string(test.index); });
+
+TEST_F(Render, CloudsFillThePictureAlmostToTheRim) {
+    // A ball: the box around it would ask for more room than it takes.
+    std::string points;
+    constexpr int count = 20'000;
+    for (int i = 0; i < count; ++i) {
+        const double z = 1 - 2 * (i + 0.5) / count, r = std::sqrt(1 - z * z), turn = 2.399963 * i;
+        points += std::format("{} {} {}\n", 5 + r * std::cos(turn), 5 + r * std::sin(turn), 5 + z);
+    }
+    WriteBytes(path("ball.xyz"), points);
+    const ProcessResult result = vrnview({"render", path("ball.xyz"), "-o", path("ball.png"),
+                                          "--size", "640x480", "--view", "front"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const Picture picture = Picture::loadPng(path("ball.png"));
+    EXPECT_GT(Covered(picture, 300, 20, 340, 30), 0);
+    EXPECT_EQ(Covered(picture, 300, 2, 340, 12), 0);
+}
 
 TEST_F(Render, FlatAndLonelyShapesAreShown) {
     const Picture triangle =
