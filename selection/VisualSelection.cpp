@@ -70,6 +70,16 @@ bool IsFinite(const std::vector<Pos>& polygon) {
     return std::ranges::all_of(polygon, [](const Pos& p) { return AreFinite(p.x, p.y); });
 }
 
+/// Whether there is a line of sight under the pixel. One that is so far outside the window that its
+/// direction is lost has none.
+bool HasSight(float x, float y) {
+    if (!HasView() || !AreFinite(x, y)) return false;
+    Pos origin;
+    rob::Vec3Template<float> direction;
+    visual::Camera::Get()->cameraToViewportRay(x, y, origin, direction);
+    return std::isfinite(direction.length()) && !(direction.length() <= rob::zeroLength);
+}
+
 /// Where the line of a ray meets the plane through the origin that the vertical stands on.
 Pos GroundPoint(const visual::Ray& ray) {
     constexpr float parallel = 1.1920929e-07f;
@@ -256,7 +266,7 @@ Result VisualSelection::selectPointInCloud(float x, float y) { return pick(x, y,
 
 Result VisualSelection::pick(float x, float y, const PrimitiveContainer& container) const {
     Result best;
-    if (dirty.load() || !HasView() || !AreFinite(x, y)) return best;
+    if (dirty.load() || !HasSight(x, y)) return best;
     const visual::Ray ray = visual::Camera::Get()->getViewportRay(x, y);
     std::vector<BVHPrimitive*> candidates;
     container.tree.intersect(ray, candidates);
