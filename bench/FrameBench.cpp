@@ -2,8 +2,6 @@
 // colours and places, in the same scene and window. The two sets are shown in turn, frame by frame,
 // so that whatever else the machine does meets both alike.
 
-#include <algorithm>
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -15,12 +13,15 @@
 #include <OgreSubEntity.h>
 
 #include "bench/BenchEngine.h"
+#include "bench/Median.h"
 #include "engine/Scene.h"
 #include "visual/geometry/MeshVisual.h"
 
 namespace {
 
 using namespace vrn;
+using bench::Median;
+using bench::MillisecondsOf;
 
 constexpr int gridSide = 10;  // 10 x 10 x 10 objects
 constexpr float spacing = 150.0f;
@@ -97,12 +98,6 @@ private:
     Ogre::SceneNode* group;
 };
 
-double SecondsOfFrame(ObjectSet& set) {
-    const auto begin = std::chrono::steady_clock::now();
-    set.frame();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
 void CompareFrames(benchmark::State& state) {
     OfVisuals ours;
     OfBareEntities bare;
@@ -111,20 +106,16 @@ void CompareFrames(benchmark::State& state) {
         hidden.show(false);
         shown.show(true);
         shown.frame();  // the change of sets is not part of the measure
-        times.push_back(SecondsOfFrame(shown));
+        times.push_back(MillisecondsOf([&] { shown.frame(); }));
     };
     for (auto _ : state) {
         measure(ours, bare, ourTimes);
         measure(bare, ours, bareTimes);
-        state.SetIterationTime(ourTimes.back());
+        state.SetIterationTime(ourTimes.back() / 1e3);
     }
-    const auto median = [](std::vector<double>& times) {
-        std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
-        return times[times.size() / 2];
-    };
-    state.counters["ours_ms"] = median(ourTimes) * 1e3;
-    state.counters["bare_ms"] = median(bareTimes) * 1e3;
-    state.counters["ratio"] = median(ourTimes) / median(bareTimes);
+    state.counters["ours_ms"] = Median(ourTimes);
+    state.counters["bare_ms"] = Median(bareTimes);
+    state.counters["ratio"] = Median(ourTimes) / Median(bareTimes);
 }
 
 }  // namespace
