@@ -3,6 +3,7 @@
 #include "selection/Box.h"
 #include "selection/BVHNode.h"
 #include "selection/BVHTree.h"
+#include "selection/KeepFlagged.h"
 #include "selection/PointCloudObject.h"
 #include "selection/PolygonIndex.h"
 #include "selection/SensitivePoints.h"
@@ -149,15 +150,9 @@ public:
                       std::vector<unsigned int>& found) {
         index.contain(std::span(x).first(count), std::span(y).first(count),
                       std::span(inside).first(count));
-        // Writes every number and steps on only after one that stays: no branch to guess.
-        std::array<unsigned int, size> kept;
-        std::size_t keptCount = 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            kept[keptCount] = numbers[i];
-            keptCount += inside[i];
-        }
-        found.insert(found.end(), kept.begin(),
-                     kept.begin() + static_cast<std::ptrdiff_t>(keptCount));
+        KeepFlagged<size>(
+            count, [&](std::size_t i) { return numbers[i]; },
+            [&](std::size_t i) { return inside[i]; }, found);
     }
 
 private:
