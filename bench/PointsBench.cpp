@@ -106,16 +106,33 @@ Polygon MakePolygon(bool convex) {
     return polygon;
 }
 
-/// Runs `find(first, last, found)` on both halves of the points at once and joins what they found.
-template <class Find>
-Indices OnTwoThreads(const Find& find) {
-    std::vector<unsigned int> halves[2];
-    std::thread other([&] { find(0, pointCount / 2, halves[0]); });
-    find(pointCount / 2, pointCount, halves[1]);
+/// Asks `isInside(point)` for all points, a half on each of two threads, and joins what they found.
+/// No branch on the answer: each number is written, and only one that stays is stepped over.
+template <class IsInside>
+Indices OnTwoThreads(std::span<const Pos> points, const IsInside& isInside) {
+    struct Half {
+        std::unique_ptr<unsigned int[]> found;
+        std::size_t count = 0;
+    };
+    Half halves[2];
+    const auto find = [&](std::size_t first, std::size_t last, Half& half) {
+        half.found = std::make_unique_for_overwrite<unsigned int[]>(last - first + 1);
+        unsigned int* const found = half.found.get();
+        std::size_t count = 0;
+        for (std::size_t i = first; i < last; ++i) {
+            found[count] = static_cast<unsigned int>(i);
+            count += isInside(points[i]);
+        }
+        half.count = count;
+    };
+    const std::size_t middle = points.size() / 2;
+    std::thread other([&] { find(0, middle, halves[0]); });
+    find(middle, points.size(), halves[1]);
     other.join();
     Indices indices;
-    indices.reserve(halves[0].size() + halves[1].size());
-    for (const auto& half : halves) indices.insert(indices.end(), half.begin(), half.end());
+    indices.reserve(halves[0].count + halves[1].count);
+    for (const Half& half : halves)
+        indices.insert(indices.end(), half.found.get(), half.found.get() + half.count);
     return indices;
 }
 
@@ -151,12 +168,9 @@ inline bool Contains(const Polygon& polygon, float x, float y) {
 /// Every point against every edge.
 Indices PlainLasso(std::span<const Pos> points, const Ogre::Matrix4& toClip,
                    const Polygon& polygon) {
-    return OnTwoThreads([&](std::size_t first, std::size_t last, std::vector<unsigned int>& found) {
-        for (std::size_t i = first; i < last; ++i) {
-            const Projected p = Project(toClip, points[i]);
-            if (p.w > 0 && Contains(polygon, p.x, p.y))
-                found.push_back(static_cast<unsigned int>(i));
-        }
+    return OnTwoThreads(points, [&](const Pos& point) {
+        const Projected p = Project(toClip, point);
+        return p.w > 0 && Contains(polygon, p.x, p.y);
     });
 }
 
@@ -172,35 +186,26 @@ struct CoverageMask {
                              1 - (static_cast<float>(y) + 0.5f) / height * 2);
     }
     [[nodiscard]] Indices select(std::span<const Pos> points, const Ogre::Matrix4& toClip) const {
-        return OnTwoThreads(
-            [&](std::size_t first, std::size_t last, std::vector<unsigned int>& found) {
-                for (std::size_t i = first; i < last; ++i) {
-                    const Projected p = Project(toClip, points[i]);
-                    const float x = (p.x + 1) * (width / 2), y = (1 - p.y) * (height / 2);
-                    if (p.w > 0 && x >= 0 && x < width && y >= 0 && y < height &&
-                        covered[static_cast<int>(y) * width + static_cast<int>(x)])
-                        found.push_back(static_cast<unsigned int>(i));
-                }
-            });
+        return OnTwoThreads(points, [&](const Pos& point) {
+            const Projected p = Project(toClip, point);
+            const float x = (p.x + 1) * (width / 2), y = (1 - p.y) * (height / 2);
+            return p.w > 0 && x >= 0 && x < width && y >= 0 && y < height &&
+                   covered[static_cast<int>(y) * width + static_cast<int>(x)];
+        });
     }
 
     std::vector<unsigned char> covered;
 };
 
 Indices PlainVolume(std::span<const Pos> points, const Pose& pose, std::span<const Plane> planes) {
-    return OnTwoThreads([&](std::size_t first, std::size_t last, std::vector<unsigned int>& found) {
-        for (std::size_t i = first; i < last; ++i) {
-            const Pos p = vrn::rob::TransformPoint(pose, points[i]);
-            bool inside = true;
-            for (const Plane& plane : planes) {
-                const Ogre::Vector<3, float>& n = plane.normal;
-                if (n[0] * p.x + n[1] * p.y + n[2] * p.z + plane.d > 0) {
-                    inside = false;
-                    break;
-                }
-            }
-            if (inside) found.push_back(static_cast<unsigned int>(i));
+    return OnTwoThreads(points, [&](const Pos& point) {
+        const Pos p = vrn::rob::TransformPoint(pose, point);
+        bool inside = true;
+        for (const Plane& plane : planes) {
+            const Ogre::Vector<3, float>& n = plane.normal;
+            inside &= !(n[0] * p.x + n[1] * p.y + n[2] * p.z + plane.d > 0);
         }
+        return inside;
     });
 }
 
