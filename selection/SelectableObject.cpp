@@ -2,6 +2,7 @@
 
 #include "selection/BVHBuilder.h"
 #include "selection/BVHNode.h"
+#include "selection/PoseInverse.h"
 #include "visual/Visual.h"
 
 #include <stdexcept>
@@ -17,9 +18,7 @@ std::string SelectableObject::getName() const { return {}; }
 
 void SelectableObject::updateWorldPose() {
     worldPose = visual->getWorldPose();
-    const rob::RotationTemplate<float> back = worldPose.rotation.inverse();
-    const rob::PosTemplate<float>& p = worldPose.position;
-    inverseWorldPose = {back * rob::PosTemplate<float>{-p.x, -p.y, -p.z}, back};
+    inverseWorldPose = InverseOf(worldPose);
 }
 
 void SelectableObject::updatePlace() {
