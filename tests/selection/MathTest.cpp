@@ -3,7 +3,9 @@
 #include "selection/SurfaceNormalNotAvailable.h"
 
 #include <gtest/gtest.h>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -78,61 +80,45 @@ TEST(TriangleTriangle, AllStrictlyOnOneSideMissesBeforeTheToleranceCounts) {
     EXPECT_FALSE(Math::Intersect(ground, Raised(ground, -1e-5f)));
 }
 
-TEST(TriangleTriangle, AVertexWithinAThousandthOfThePlaneCountsAsInIt) {
-    // One vertex below by a hair's breadth, the others far above: they meet in that vertex's place.
-    const auto dipping = [](float depth, float other) {
-        return Triangle{{2, 2, depth}, {2, 3, other}, {3, 2, 5}};
-    };
-    // Without the tolerance these three would be crossing; with it, one is the plane's.
-    EXPECT_TRUE(Math::Intersect(ground, dipping(-0.0005f, 5)));
-    // Two vertices within the tolerance on both sides and a third in the plane: coplanar.
-    const Triangle flat{{2, 2, -0.0009f}, {2, 3, 0.0009f}, {3, 2, 0}};
-    EXPECT_TRUE(Math::Intersect(ground, flat));
-    const Triangle flatBeside{{12, 2, -0.0009f}, {12, 3, 0.0009f}, {13, 2, 0}};
-    EXPECT_FALSE(Math::Intersect(ground, flatBeside));
+/// Lies over a corner of the other triangle, half its height above and half below; the line in
+/// which the planes cross leads through both, but through this one far beyond the other. So they
+/// touch only if they count as lying in one plane.
+class NearlyFlat : public ::testing::Test {
+protected:
+    static bool touches(float height, float size) {
+        const Triangle flat{{-size, 0, 0}, {size, 0, 0}, {0, size, 0}};
+        const Triangle tilted{{0.4f * size, 0.2f * size, height},
+                              {-0.4f * size, 6 * size, -height},
+                              {0.5f * size, 3 * size, height}};
+        return Math::Intersect(flat, tilted);
+    }
+};
+
+TEST_F(NearlyFlat, VerticesNearerThanAThousandthLieInThePlane) {
+    EXPECT_TRUE(touches(std::nextafter(0.001f, 0.0f), 1));
+    EXPECT_FALSE(touches(0.001f, 1));
+    EXPECT_FALSE(touches(std::nextafter(0.001f, 1.0f), 1));
 }
 
-TEST(TriangleTriangle, TheToleranceIsADistanceWhateverTheSizeOfTheTriangle) {
-    // Its plane cuts through the small triangle by less than the tolerance beside the big one's
-    // border: as coplanar it overlaps, as crossing it would lie where the small one is not.
-    for (const float size : {1.0f, 10.0f, 1000.0f}) {
-        const Triangle big{{0, 0, 0}, {size, 0, 0}, {0, size, 0}};
-        const float x = size * 0.25f;
-        // Coplanar within the tolerance, all of it inside: only the coplanar test sees vertices in.
-        const Triangle within{{x, x, 0.0009f}, {x + size * 0.1f, x, -0.0009f}, {x, x * 1.1f, 0}};
-        EXPECT_TRUE(Math::Intersect(big, within)) << size;
-        const Triangle beside{
-            {2 * size, x, 0.0009f}, {3 * size, x, -0.0009f}, {2 * size, x * 1.1f, 0}};
-        EXPECT_FALSE(Math::Intersect(big, beside)) << size;
+TEST_F(NearlyFlat, TheThousandthIsADistanceWhateverTheSizeOfTheTriangle) {
+    for (const float size : {1.0f, 10.0f, 100.0f, 1000.0f}) {
+        EXPECT_TRUE(touches(0.00099f, size)) << size;
+        EXPECT_FALSE(touches(0.00101f, size)) << size;
     }
 }
 
-TEST(TriangleTriangle, TheSquareOfTheToleranceIsTheFloatOfItsBits) {
-    // A unit normal, so that the limit is the constant itself: its root is the tolerance.
-    const Triangle unit{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
-    const float atLimit = 0.001f;
-    EXPECT_EQ(atLimit * atLimit, 0x1.0c6f7cp-20f);
-    // At the limit the distance stays, so the line of both planes runs through this triangle far
-    // beyond the other one; just below it, both are in one plane and overlap.
-    const auto tilted = [](float below) {
-        return Triangle{{0.2f, 0.2f, -below}, {0.3f, 0.2f, -below}, {0.2f, 50.0f, 100.0f}};
-    };
-    EXPECT_TRUE(Math::Intersect(unit, tilted(atLimit)));
-    const auto leaning = [](float z) {
-        return Triangle{{0.2f, 0.2f, z}, {0.3f, 0.2f, z}, {0.2f, 0.3f, -z}};
-    };
-    EXPECT_TRUE(Math::Intersect(unit, leaning(std::nextafter(atLimit, 0.0f))));
-    EXPECT_TRUE(Math::Intersect(unit, leaning(atLimit)));
+TEST(TriangleTriangle, TheSquareOfTheThousandthIsThatOfSinglePrecision) {
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(0.001f * 0.001f), 0x358637BEu);
 }
 
 TEST(TriangleTriangle, LargeTrianglesDoNotOverflow) {
     // Four distances and a coordinate multiplied would pass the largest float, and the infinities
     // would compare as touching.
-    const Triangle big{{0, 0, 0}, {5000, 0, 0}, {0, 5000, 0}};
-    const Triangle beside{{9000, 9000, -3000}, {9500, 9000, -3000}, {9000, 9100, 4000}};
+    const Triangle big{{0, 0, 0}, {50000, 0, 0}, {0, 50000, 0}};
+    const Triangle beside{{90000, 90000, -30000}, {95000, 90000, -30000}, {90000, 91000, 40000}};
     EXPECT_FALSE(Math::Intersect(big, beside));
     EXPECT_FALSE(Math::Intersect(beside, big));
-    const Triangle through{{1000, 1000, -3000}, {1500, 1000, -3000}, {1000, 1100, 4000}};
+    const Triangle through{{10000, 10000, -30000}, {15000, 10000, -30000}, {10000, 11000, 40000}};
     EXPECT_TRUE(Math::Intersect(big, through));
 }
 
