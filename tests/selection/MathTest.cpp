@@ -115,7 +115,7 @@ TEST(TriangleTriangle, LargeTrianglesDoNotOverflow) {
     // Four distances and a coordinate multiplied would pass the largest float, and the infinities
     // would compare as touching.
     const Triangle big{{0, 0, 0}, {50000, 0, 0}, {0, 50000, 0}};
-    const Triangle beside{{90000, 90000, -30000}, {95000, 90000, -30000}, {90000, 91000, 40000}};
+    const Triangle beside{{90000, 10000, -30000}, {95000, 10000, -30000}, {90000, 11000, 40000}};
     EXPECT_FALSE(Math::Intersect(big, beside));
     EXPECT_FALSE(Math::Intersect(beside, big));
     const Triangle through{{10000, 10000, -30000}, {15000, 10000, -30000}, {10000, 11000, 40000}};
