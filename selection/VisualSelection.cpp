@@ -2,6 +2,7 @@
 
 #include "engine/Scene.h"
 #include "selection/BVHBuilder.h"
+#include "selection/BVHWalk.h"
 #include "selection/CurveObject.h"
 #include "selection/LassoSelector.h"
 #include "selection/LineObject.h"
@@ -78,6 +79,38 @@ bool HasSight(float x, float y) {
     rob::Vec3Template<float> direction;
     visual::Camera::Get()->cameraToViewportRay(x, y, origin, direction);
     return std::isfinite(direction.length()) && !(direction.length() <= rob::zeroLength);
+}
+
+/// How far along a ray it enters a box that it meets.
+float EntryInto(const visual::Box& box, const visual::Ray& ray) {
+    constexpr float parallel = 0.001f;
+    float entry = 0.0f;
+    for (unsigned axis = 0; axis < 3; ++axis) {
+        const float towards = visual::component(ray.direction, axis);
+        if (std::abs(towards) < parallel) continue;
+        const float side = visual::component(towards > 0 ? box.min : box.max, axis);
+        entry = std::max(entry, (side - visual::component(ray.origin, axis)) / towards);
+    }
+    return entry;
+}
+
+/// Whether the ray enters the object's box only behind `distance`, so that no hit on it can be
+/// nearer: asking it would cost time and change nothing.
+///
+/// Only where the distance of a hit is the way along the ray, in the units of the world: not for
+/// lines and points, which tell that of the nearest approach, and not for scaled meshes. What may
+/// win whatever its distance is never behind. The slack is far above what rounding does.
+bool LiesBehind(const SelectableObject& object, const visual::Ray& ray, float distance) {
+    constexpr float slack = 1e-5f;
+    if (object.priority) return false;
+    const bool isSurface =
+        object.kind == ObjectKind::Shape ||
+        (object.kind == ObjectKind::Mesh &&
+         static_cast<const MeshObject&>(object).scale == rob::Vec3Template<float>{1, 1, 1});
+    if (!isSurface) return false;
+    const float size = std::abs(ray.origin.x) + std::abs(ray.origin.y) + std::abs(ray.origin.z);
+    const float entry = EntryInto(object.box, ray);
+    return entry - slack * (size + entry) > distance;
 }
 
 /// Where the line of a ray meets the plane through the origin that the vertical stands on.
@@ -268,14 +301,14 @@ Result VisualSelection::pick(float x, float y, const PrimitiveContainer& contain
     Result best;
     if (dirty.load() || !HasSight(x, y)) return best;
     const visual::Ray ray = visual::Camera::Get()->getViewportRay(x, y);
-    std::vector<BVHPrimitive*> candidates;
-    container.tree.intersect(ray, candidates);
-    for (BVHPrimitive* candidate : candidates) {
+    VisitCandidates(container.tree, ray, [&](BVHPrimitive* candidate) {
+        const SelectableObject& object = *AsObject(candidate);
+        if (best.hit && LiesBehind(object, ray, best.distance)) return true;
         Result result = candidate->intersect(ray);
-        if (!result.hit) continue;
-        if (AsObject(candidate)->priority) return result;
-        if (result.distance < best.distance) best = std::move(result);
-    }
+        const bool ends = result.hit && object.priority;
+        if (ends || (result.hit && result.distance < best.distance)) best = std::move(result);
+        return !ends;
+    });
     if (!best.hit) best.position = GroundPoint(ray);
     return best;
 }
@@ -285,14 +318,11 @@ Result VisualSelection::senseFirst(const Shape& shape) const {
     Result result;
     result.valid = !dirty.load();
     if (!result.valid) return result;
-    std::vector<BVHPrimitive*> candidates;
-    containers[0].tree.intersect(shape, candidates);
-    for (BVHPrimitive* candidate : candidates) {
-        if (!AsObject(candidate)->detectable) continue;
-        Result touched = candidate->intersect(shape);
-        if (touched.hit) return touched;
-    }
-    return result;
+    VisitCandidates(containers[0].tree, shape, [&](BVHPrimitive* candidate) {
+        if (AsObject(candidate)->detectable) result = candidate->intersect(shape);
+        return !result.hit;
+    });
+    return result.hit ? result : Result();
 }
 
 Result VisualSelection::sense(const rob::TriangleTemplate<float>& triangle) {
