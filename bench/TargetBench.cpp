@@ -193,7 +193,7 @@ void ShowTargets(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(ShowTargets)->UseManualTime()->Iterations(40)->Unit(benchmark::kMillisecond);
+BENCHMARK(ShowTargets)->UseManualTime()->Iterations(100)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
     const vrn::bench::BenchEngine engine;
