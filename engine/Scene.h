@@ -9,6 +9,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -38,6 +39,12 @@ namespace vrn::sdf {
 class SdfNode;
 }
 
+namespace vrn::task {
+class MoveInst;
+class Path;
+class Task;
+}  // namespace vrn::task
+
 namespace vrn::visual {
 
 class Camera;
@@ -45,6 +52,7 @@ class EdgeVisual;
 class GuiVisual;
 class Grid;
 class SolidVisual;
+class TcpTraceVisual;
 class UVIndicatorVisual;
 class Visual;
 
@@ -166,9 +174,13 @@ public:
     void setFrameSize(unsigned int size, VisualType type);
     void setArrowSizeLevel(unsigned int level);
     void setHandleScale(float scale);
+    /// These four store the setting on the caller. Arrows stand on the segments of paths that have
+    /// a line. Switched on while they are on, arrows and targets are made a second time, and the
+    /// first ones stay until their move goes: post a change only.
     void setDrawPathArrow(bool on);
     void setDrawTargetVisual(bool on);
     void setDrawTargetZAxisOnly(bool on);
+    /// updatePath for every path. Thread: caller.
     void setDrawSegVisual(bool on);
     void cleanupInstanceBatches();
 
@@ -185,8 +197,9 @@ public:
     void addPointCloud(sdf::SdfNode* modelNode);
     void addFrame(sdf::SdfNode* modelNode);
     void addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose);
-    /// The work objects of a task, then its tools' centre points. The id is looked up strictly in
-    /// the task that is posted; an object that is no task throws std::bad_cast there.
+    /// The work objects of a task, then its tools' centre points, then its paths, each with its
+    /// moves. The id is looked up strictly in the task that is posted; an object that is no task
+    /// throws std::bad_cast there.
     void addTask(std::uint32_t id);
     /// The centre point of a tool, under the visual of its parent id. The item and that visual are
     /// looked up strictly in the task; for the update the item's visual too, which is made anew.
@@ -213,6 +226,42 @@ public:
                        const rob::PoseTemplate<double>& pose);
     void deleteAttachment(std::uint32_t childId, std::uint32_t oldParentId,
                           std::uint32_t newParentId, const rob::PoseTemplate<double>& pose);
+
+    // --- paths; thread: any, but for what is said to be of the caller ---
+    // A move's visual hangs under that of the object frame of its work object, or, with a target
+    // given by joint values, under that of its task's parent, where 0 and the station logic's id
+    // stand for the root. Ids and objects are looked up strictly in the task, unless said
+    // otherwise; one of another kind throws std::bad_cast there. Null for a path or a move throws
+    // std::invalid_argument on the caller; a move's predecessor may be null.
+
+    /// The path, then each of its moves, in a task of its own. The parents of the moves are looked
+    /// up strictly on the caller too. Thread: caller.
+    void addPath(task::Path* path);
+    /// Moves targets and arrows of a path to where the model has them, and makes its lines anew. A
+    /// path without moves is left as it is, with the lines that it has.
+    void updatePath(std::uint32_t id);
+    void updatePaths(const std::vector<std::uint32_t>& ids);
+    /// removeVisual for each move of the path, then for the path, which is looked up strictly.
+    /// Thread: caller.
+    void removePathVisual(std::uint32_t id);
+    /// Shows a move without an arrow; the lines of its path stay as they are.
+    void buildMoveInstruction(task::MoveInst* move);
+    /// Shows moves, each given with its predecessor and its parent's id, then makes the lines of
+    /// the last one's path anew if that is shown: all should be of one path.
+    void buildMoveInstructions(
+        std::vector<std::tuple<task::MoveInst*, task::MoveInst*, std::uint32_t>>&& moves);
+    /// updatePath for one move.
+    void updateInstruction(task::MoveInst* prev, task::MoveInst* cur);
+    /// Spelling is part of the interface.
+    void upadateInstructionParent(std::uint32_t id, std::uint32_t parentId);
+    /// Shows targets in the world, which cannot be picked, in place of those previewed so far.
+    void previewTargets(const std::vector<rob::PoseTemplate<float>>& poses);
+    void removePreviewedPoints();
+    /// The trace that clearTcpTrace deletes; null for none. An earlier one is left to the host.
+    /// Thread: render.
+    void setTcpTrace(TcpTraceVisual* trace);
+    /// Deletes the trace; the host makes and names a new one.
+    void clearTcpTrace();
 
     // --- poses; thread: any ---
     void setVisualPose(std::uint32_t id, const rob::PoseTemplate<float>& pose);
@@ -349,6 +398,13 @@ private:
     void buildSmartComponent(sdf::SdfNode* modelNode);
     void buildTask(std::uint32_t id);
     void buildToolData(sdf::SdfNode* item);
+    void buildPaths(const task::Task& job);
+    [[nodiscard]] Visual* findMoveParent(std::uint32_t parentId) const;
+    void doUpdatePath(std::uint32_t id);
+    void doUpdateInstruction(task::MoveInst* prev, task::MoveInst* cur);
+    void doSetDrawPathArrow(bool on);
+    void doPreviewTargets(const std::vector<rob::PoseTemplate<float>>& poses);
+    void doRemovePreviewedPoints();
     void doRestoreCamera();
     void keepForNextBatch(std::vector<RenderTask>&& batch);
     void drainLoadTasks();
@@ -375,9 +431,10 @@ private:
     void doClearHighlightedEdge();
     EdgeVisual* findLastingEdge(const Visual* owner, const TopoDS_Edge& edge) const;
     void doUpdateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape);
-    /// Drop a visual that is about to die from the bookkeeping of faces and edges.
+    /// Drop a visual that is about to die from the bookkeeping of faces, edges and tasks.
     void forgetFaces(const Visual* visual);
     void forgetEdges(const Visual* visual);
+    void forgetTaskVisual(const Visual* visual);
     void doSetLayer(Visual* visual, VisualStateLayer layer, bool on,
                     const std::string& materialName = {});
     void doSetColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha);
@@ -406,6 +463,7 @@ private:
     std::vector<Visual*> previewPoints_;
     std::vector<Visual*> previewFaces_;
     UVIndicatorVisual* uvIndicator = nullptr;
+    Visual* tcpTrace = nullptr;  ///< null for none
     /// Set from two threads, so atomic: a frame has to follow the next batch.
     std::atomic<bool> needsUpdate{false};
 };

@@ -129,8 +129,19 @@ Visual::Visual(sdf::SdfNode* modelNode, Visual* parent)
 Visual::~Visual() {
     // The scene manager's root node is not ours to destroy; the world visual lives as long as the
     // process.
-    if (node->getParent()) node->getParent()->removeChild(node);
+    leaveParent();
     if (type != VisualType::Root) node->getCreator()->destroySceneNode(node);
+}
+
+void Visual::forgetChild(const Visual* /*child*/) {}
+
+void Visual::leaveParent() {
+    Ogre::Node* parent = node->getParent();
+    if (!parent) return;
+    // Without FromNode, which throws for a node that is bound to something else.
+    const Ogre::Any& bound = parent->getUserObjectBindings().getUserAny();
+    if (Visual* const* visual = Ogre::any_cast<Visual*>(&bound)) (*visual)->forgetChild(this);
+    parent->removeChild(node);
 }
 
 void Visual::bind() {
@@ -218,14 +229,13 @@ void Visual::attachVisual(Visual* child) {
     if (IsOrHangsUnder(node, child->node))
         throw std::invalid_argument(
             std::format("attachVisual: \"{}\" cannot hang under itself", child->getName()));
-    if (Ogre::SceneNode* former = child->node->getParentSceneNode())
-        former->removeChild(child->node);
+    child->leaveParent();
     node->addChild(child->node);
     child->markDirty();
 }
 
 void Visual::detachVisual(Visual* child) {
-    if (child && child->node->getParent() == node) node->removeChild(child->node);
+    if (child && child->node->getParent() == node) child->leaveParent();
 }
 
 void Visual::attachTo(Visual* parent) {

@@ -162,8 +162,14 @@ public:
     /// if the node carries a binding of another kind.
     static Visual* FromNode(const Ogre::Node* node);
 
+protected:
+    /// Called before a child leaves this visual, for another parent or for good: who keeps pointers
+    /// to children drops them here. Nothing in the base.
+    virtual void forgetChild(const Visual* child);
+
 private:
     void bind();
+    void leaveParent();
     void checkMovable(bool finite) const;
     void markDirty();
     template <class Count>

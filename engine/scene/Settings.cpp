@@ -116,17 +116,6 @@ void Scene::setHandleScale(float scale) {
     post([] {});  // the post asks for a frame; the handles read the value while they render
 }
 
-void Scene::setDrawPathArrow(bool on) {
-    settings.drawPathArrow = on;
-    post([] {});
-    if (on) requestUpdate();
-}
-
-void Scene::setDrawTargetVisual(bool on) {
-    settings.drawTargetVisual = on;
-    post([] {});
-}
-
 void Scene::setDrawTargetZAxisOnly(bool on) {
     settings.drawTargetZAxisOnly = on;
     if (!settings.drawTargetVisual) return;
@@ -135,8 +124,6 @@ void Scene::setDrawTargetZAxisOnly(bool on) {
             if (auto* target = dynamic_cast<InstanceFrameVisual*>(visual)) target->updateEntity(on);
     });
 }
-
-void Scene::setDrawSegVisual(bool on) { settings.drawSegVisual = on; }
 
 void Scene::cleanupInstanceBatches() {
     post([this] {

@@ -1,4 +1,4 @@
-// What belongs to robots' tasks: tool data, work objects.
+// Robots' tasks, their tool data and their work objects.
 
 #include "engine/Scene.h"
 #include "suite/sdf/SdfManager.h"
@@ -19,6 +19,7 @@ void Scene::buildTask(std::uint32_t id) {
     for (task::WObjDataItem* item : job.getWObjDataItems())
         WObjVisual::Build(resolveParentVisual(item), item);
     for (task::ToolDataItem* item : job.getToolDataItems()) buildToolData(item);
+    buildPaths(job);
 }
 
 void Scene::buildToolData(sdf::SdfNode* item) {

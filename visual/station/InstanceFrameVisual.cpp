@@ -1,20 +1,18 @@
 #include "visual/station/InstanceFrameVisual.h"
 
 #include <array>
-#include <format>
 
 // The instance manager uses what this declares without including it.
 #include <OgreIteratorWrapper.h>
 
-#include <OgreException.h>
 #include <OgreInstanceBatch.h>
 #include <OgreInstancedEntity.h>
 #include <OgreInstanceManager.h>
-#include <OgreMaterialManager.h>
 
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "visual/station/FrameSize.h"
+#include "visual/station/InstanceMaterial.h"
 
 namespace vrn::visual {
 
@@ -38,17 +36,6 @@ Ogre::Vector3 ScaleOfSize(float size) {
     return {size, size, size};
 }
 
-// The engine would take an unknown name without a word and read through a null pointer at the next
-// frame.
-void CheckMaterial(const std::string& name) {
-    const bool exists = Ogre::MaterialManager::getSingleton().resourceExists(
-        name, Ogre::ResourceGroupManager::AUTODETECT_RESOURCE_GROUP_NAME);
-    if (!exists)
-        OGRE_EXCEPT(Ogre::Exception::ERR_ITEM_NOT_FOUND,
-                    std::format("instances need the material \"{}\", which does not exist", name),
-                    "InstanceFrameVisual");
-}
-
 }  // namespace
 
 InstanceFrameVisual::InstanceFrameVisual(Visual* parent, std::uint32_t idIn,
@@ -57,6 +44,18 @@ InstanceFrameVisual::InstanceFrameVisual(Visual* parent, std::uint32_t idIn,
     : Visual(idIn, name, parent),
       instanceMaterial(std::move(instanceMaterialName)),
       frameSize(FrameSizeOfType(frameType)) {
+    init(frameType);
+}
+
+InstanceFrameVisual::InstanceFrameVisual(Visual* parent, std::uint32_t idIn, const SharedName& name,
+                                         VisualType frameType, std::string instanceMaterialName)
+    : Visual(idIn, name, parent),
+      instanceMaterial(std::move(instanceMaterialName)),
+      frameSize(FrameSizeOfType(frameType)) {
+    init(frameType);
+}
+
+void InstanceFrameVisual::init(VisualType frameType) {
     type = frameType;
     mainEntity = createEntity(mainManager, instanceMaterial, frameSize);
 }
@@ -71,7 +70,7 @@ InstanceFrameVisual::~InstanceFrameVisual() {
 Ogre::InstancedEntity* InstanceFrameVisual::createEntity(const std::string& managerKey,
                                                          const std::string& materialName,
                                                          float size) {
-    CheckMaterial(materialName);
+    RequireInstanceMaterial(materialName);
     Ogre::InstancedEntity* look =
         Scene::Get()->instanceManagers.at(managerKey)->createInstancedEntity(materialName);
     // A slot that an earlier target gave back keeps that one's visibility.

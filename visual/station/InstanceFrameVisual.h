@@ -24,6 +24,9 @@ public:
     /// then leaves the tree as it was.
     InstanceFrameVisual(Visual* parent, std::uint32_t idIn, const std::string& name,
                         VisualType frameType, std::string instanceMaterialName);
+    /// As above, with a name that others may carry too: several moves go to one target.
+    InstanceFrameVisual(Visual* parent, std::uint32_t idIn, const SharedName& name,
+                        VisualType frameType, std::string instanceMaterialName);
     ~InstanceFrameVisual() override;
 
     /// Rescales all looks, and has a registered visual picked at its new size. The settings stay as
@@ -48,6 +51,7 @@ public:
     virtual void updateEntity(bool zAxisOnly);
 
 private:
+    void init(VisualType frameType);
     Ogre::InstancedEntity* createEntity(const std::string& managerKey,
                                         const std::string& materialName, float size);
     void showOnly(const Ogre::InstancedEntity* look);

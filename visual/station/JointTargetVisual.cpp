@@ -10,7 +10,7 @@
 namespace vrn::visual {
 
 JointTargetVisual::JointTargetVisual(Visual* parent, std::uint32_t idIn)
-    : InstanceFrameVisual(parent, idIn, std::format("JOINTTARGET_{}", idIn),
+    : InstanceFrameVisual(parent, idIn, SharedName{std::format("JOINTTARGET_{}", idIn)},
                           VisualType::JointTarget, "InstanceFrame") {}
 
 JointTargetVisual* JointTargetVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {

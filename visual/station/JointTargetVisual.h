@@ -4,8 +4,8 @@
 
 namespace vrn::visual {
 
-/// A joint target, called "JOINTTARGET_{id}": selected and highlighted it looks like a robot
-/// target. Thread: render.
+/// A joint target, called "JOINTTARGET_{id}", as each is that shows the same one: selected and
+/// highlighted it looks like a robot target. Thread: render.
 class VRN_VISUAL_API JointTargetVisual : public InstanceFrameVisual {
 public:
     JointTargetVisual(Visual* parent, std::uint32_t idIn);

@@ -10,7 +10,7 @@
 namespace vrn::visual {
 
 RobtargetVisual::RobtargetVisual(Visual* parent, std::uint32_t idIn)
-    : InstanceFrameVisual(parent, idIn, std::format("ROBTARGET_{}", idIn), VisualType::RobTarget,
+    : InstanceFrameVisual(parent, idIn, SharedName{std::format("ROBTARGET_{}", idIn)}, VisualType::RobTarget,
                           "InstanceRobTarget") {}
 
 RobtargetVisual* RobtargetVisual::Build(Visual* parent, std::uint32_t idIn) {

@@ -4,7 +4,7 @@
 
 namespace vrn::visual {
 
-/// A robot target, called "ROBTARGET_{id}". Thread: render.
+/// A robot target, called "ROBTARGET_{id}", as each is that shows the same one. Thread: render.
 class VRN_VISUAL_API RobtargetVisual : public InstanceFrameVisual {
 public:
     RobtargetVisual(Visual* parent, std::uint32_t idIn);
