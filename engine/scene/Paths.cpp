@@ -161,8 +161,11 @@ void Scene::doSetDrawPathArrow(bool on) {
         for (task::MoveInst* move : FindPath(shown->id).getMoveInstructions()) {
             MoveInstructionVisual* visual = FindMoveVisual(*this, move->id);
             if (!visual) continue;
-            // Between frames there is nothing to point along; removing is for all.
-            if (!on || (prev && HaveSegment(*prev, *move))) visual->drawPathArrow(prev);
+            // The setting may have changed again since the post: off removes even so, and what is
+            // switched on behind it starts from nothing.
+            if (!on) visual->removePathArrow();
+            // From one frame to another there is no way to point along.
+            if (on && prev && HaveSegment(*prev, *move)) visual->drawPathArrow(prev);
             prev = move;
         }
     }
@@ -170,9 +173,10 @@ void Scene::doSetDrawPathArrow(bool on) {
 
 void Scene::setDrawTargetVisual(bool on) {
     settings.drawTargetVisual = on;
-    post([this] {
+    post([this, on] {
+        // Off deletes even if the setting has changed again since, as with arrows.
         for (MoveInstructionVisual* move : AllOf<MoveInstructionVisual>(*this))
-            move->drawTargetVisual();
+            on ? move->drawTargetVisual() : move->removeTargetVisual();
     });
 }
 

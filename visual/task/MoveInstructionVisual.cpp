@@ -34,7 +34,7 @@ void PlaceAtModelPose(Visual& triad) {
 }  // namespace
 
 MoveInstructionVisual::MoveInstructionVisual(Visual* parent, task::MoveInst* move)
-    : Visual(RequireMove(move)->id, std::format("INSTRUCTION_{}", move->id), parent),
+    : Visual(RequireMove(move)->id, std::format("INSTRUCTION_{}", RequireMove(move)->id), parent),
       instruction(move) {
     type = VisualType::MoveInstruction;
     drawTargetVisual();
@@ -50,7 +50,7 @@ void MoveInstructionVisual::update(task::MoveInst* prev, task::MoveInst* cur) {
     instruction = RequireMove(cur);
     if (targetVisual) PlaceAtModelPose(*targetVisual);
     if (circleVisual) PlaceAtModelPose(*circleVisual);
-    removeArrow();
+    removePathArrow();
     if (prev && HaveSegment(*prev, *cur)) drawPathArrow(prev);
 }
 
@@ -62,8 +62,12 @@ void MoveInstructionVisual::drawTargetVisual() {
     if (Scene::Get()->settings.drawTargetVisual) {
         buildTriads();
         Scene::Get()->requestUpdate();
-        return;
+    } else {
+        removeTargetVisual();
     }
+}
+
+void MoveInstructionVisual::removeTargetVisual() {
     Scene::Get()->deleteVisual(std::exchange(targetVisual, nullptr));
     Scene::Get()->deleteVisual(std::exchange(circleVisual, nullptr));
 }
@@ -81,7 +85,7 @@ void MoveInstructionVisual::buildTriads() {
     if (circlePoint) circleVisual = RobtargetVisual::Build(this, instruction->getCircleItemId());
 }
 
-void MoveInstructionVisual::removeArrow() {
+void MoveInstructionVisual::removePathArrow() {
     if (!pathArrow) return;
     PathArrowVisual* arrow = std::exchange(pathArrow, nullptr);
     // Not through the scene: arrows are never picked, and nothing hangs below them.
@@ -92,7 +96,7 @@ void MoveInstructionVisual::removeArrow() {
 
 void MoveInstructionVisual::drawPathArrow(task::MoveInst* prev) {
     if (!prev) return;
-    if (!Scene::Get()->settings.drawPathArrow) return removeArrow();
+    if (!Scene::Get()->settings.drawPathArrow) return removePathArrow();
     const Pos a = getStartPos(prev), b = getEndPos();
     if (instruction->getCircleItem()) {
         const Pos c = getCirclePos();

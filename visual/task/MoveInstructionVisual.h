@@ -44,11 +44,15 @@ public:
     /// nothing to reach it: call it when the setting changes only. Throws what the builders of
     /// targets throw, and then makes none.
     void drawTargetVisual();
+    /// Deletes the triads that it made last; nothing without.
+    void removeTargetVisual();
     /// Makes the arrow if the scene draws arrows, in place of none: an earlier one would stay. Else
     /// removes it. Nothing if `prev` is null. An arc is told by the circle point alone, whatever
     /// kind the move is of. Throws std::overflow_error, "0-length vector cannot be normalized.", if
     /// there is a circle point and it or the target is where `prev` ends.
     void drawPathArrow(task::MoveInst* prev);
+    /// Removes the arrow that it made last; nothing without.
+    void removePathArrow();
 
     /// Where `prev` ends; the origin for null.
     [[nodiscard]] rob::PosTemplate<float> getStartPos(task::MoveInst* prev) const;
@@ -86,7 +90,6 @@ protected:
 
 private:
     void buildTriads();
-    void removeArrow();
 
     task::MoveInst* instruction;
     InstanceFrameVisual* targetVisual = nullptr;

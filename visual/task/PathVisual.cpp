@@ -22,7 +22,8 @@ task::Path* RequirePath(sdf::SdfContainer* modelPath) {
 }  // namespace
 
 PathVisual::PathVisual(Visual* parent, sdf::SdfContainer* modelPath)
-    : Visual(RequirePath(modelPath)->id, std::format("Path_{}", modelPath->id), parent),
+    : Visual(RequirePath(modelPath)->id, std::format("Path_{}", RequirePath(modelPath)->id),
+             parent),
       path(RequirePath(modelPath)) {
     type = VisualType::Path;
 }

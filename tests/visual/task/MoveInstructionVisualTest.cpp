@@ -347,6 +347,27 @@ TEST_F(Moves, TurningArrowsOffAndOnLeavesNoneAndThenOneForEachSegment) {
     }
 }
 
+TEST_F(Moves, OffAndOnWithinOneFrameStartFromNothing) {
+    scene().settings.drawPathArrow = true;
+    scene().settings.drawTargetVisual = true;
+    addLinear({0, 0, 0});
+    const task::MoveInst* move = addLinear({100, 0, 0});
+    showPath();
+    for (const bool on : {false, true}) {
+        scene().setDrawPathArrow(on);
+        scene().setDrawTargetVisual(on);
+    }
+    pump();
+    EXPECT_EQ(arrowsOf(move), 1u);
+    EXPECT_THAT(visualOfMove(move)->getChildren(), SizeIs(2));
+    for (const bool on : {false, true, false}) {
+        scene().setDrawPathArrow(on);
+        scene().setDrawTargetVisual(on);
+    }
+    pump();
+    EXPECT_THAT(visualOfMove(move)->getChildren(), IsEmpty());
+}
+
 TEST_F(Moves, TurningArrowsOnTwiceLeavesTheFirstOnesInPlace) {
     addLinear({0, 0, 0});
     const task::MoveInst* move = addLinear({100, 0, 0});
@@ -393,7 +414,7 @@ TEST_F(Moves, FiveHundredArrowsFillABatchOfTheirMaterial) {
 TEST_F(Moves, AMissingManagerOfArrowsThrowsAndNothingIsLeft) {
     const auto before = traces();
     auto taken = scene().instanceManagers.extract("InstancePathArrow");
-    EXPECT_THAT([] { PathArrowVisual(root()); }, throwsUnknownKey());
+    EXPECT_THAT([] { PathArrowVisual{root()}; }, throwsUnknownKey());
     scene().instanceManagers.insert(std::move(taken));
     EXPECT_EQ(traces(), before);
 }
@@ -516,8 +537,8 @@ TEST_F(Moves, SeveralMovesAreShownInOrderAndThePathOfTheLastIsRebuilt) {
 
 TEST_F(Moves, SeveralMovesOfAPathThatIsNotShownOrOfNoneRebuildNothing) {
     task::MoveInst* move = addLinear({0, 0, 0});
-    auto* loose = model.make<task::MoveInst>("loose", Kind::LinearMove, *makeTarget({0, 0, 0}),
-                                             *wobj);
+    auto* loose =
+        model.make<task::MoveInst>("loose", Kind::LinearMove, *makeTarget({0, 0, 0}), *wobj);
     const std::uint32_t parentId = objectFrameOf(wobj)->id;
     scene().buildMoveInstructions({{nullptr, move, parentId}});
     scene().buildMoveInstructions({{nullptr, loose, parentId}});

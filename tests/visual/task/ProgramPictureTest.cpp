@@ -3,27 +3,21 @@
 #include <gmock/gmock.h>
 
 #include "tests/visual/task/ProgramFixture.h"
-#include "visual/task/TcpTraceVisual.h"
+#include "view/Grid.h"
 
 namespace vrn::test {
 
 class ProgramPictures : public Programs {
 protected:
-    static headless::Rgba at(const headless::Picture& picture, const Pos& world) {
-        const auto pixel = project(world);
-        return picture.at(static_cast<int>(pixel.x), static_cast<int>(pixel.y));
-    }
     /// The colour of path lines and arrows, lit or not.
-    static bool isYellow(const headless::Rgba& c) {
-        return c.r > c.b + 60 && c.g > c.b + 40;
-    }
+    static bool isYellow(const headless::Rgba& c) { return c.r > c.b + 60 && c.g > c.b + 40; }
     /// Whether there is such a pixel within two of where the point is drawn.
     static bool hasYellowAt(const headless::Picture& picture, const Pos& world) {
         const auto pixel = project(world);
         for (int dy = -2; dy <= 2; ++dy)
             for (int dx = -2; dx <= 2; ++dx)
-                if (isYellow(picture.at(static_cast<int>(pixel.x) + dx,
-                                        static_cast<int>(pixel.y) + dy)))
+                if (isYellow(
+                        picture.at(static_cast<int>(pixel.x) + dx, static_cast<int>(pixel.y) + dy)))
                     return true;
         return false;
     }
@@ -52,14 +46,14 @@ TEST_F(ProgramPictures, EveryKindOfSegmentIsDrawnWhereItLeads) {
     const headless::Picture picture = frame();
     keep(picture, "program");
     scene().grid->visual->setVisible(true, /*cascade=*/true);
-    EXPECT_TRUE(hasYellowAt(picture, {-150, -100, 0}));   // straight
+    EXPECT_TRUE(hasYellowAt(picture, {-150, -100, 0}));     // straight
     EXPECT_TRUE(hasYellowAt(picture, {70.7f, -70.7f, 0}));  // on the arc
-    EXPECT_FALSE(hasYellowAt(picture, {0, 50, 0}));       // on its chord
-    EXPECT_TRUE(hasYellowAt(picture, {-15, 100, 0}));     // first dash
-    EXPECT_FALSE(hasYellowAt(picture, {-35, 100, 0}));    // first gap
-    EXPECT_TRUE(hasYellowAt(picture, {-100, 100, 0}));    // the arrow of the dashed way
-    EXPECT_FALSE(hasYellowAt(picture, {0, 200, 0}));      // to the joint target
-    EXPECT_FALSE(hasYellowAt(picture, {150, 200, 0}));    // and from it
+    EXPECT_FALSE(hasYellowAt(picture, {0, 50, 0}));         // on its chord
+    EXPECT_TRUE(hasYellowAt(picture, {-15, 100, 0}));       // first dash
+    EXPECT_FALSE(hasYellowAt(picture, {-35, 100, 0}));      // first gap
+    EXPECT_TRUE(hasYellowAt(picture, {-100, 100, 0}));      // the arrow of the dashed way
+    EXPECT_FALSE(hasYellowAt(picture, {0, 200, 0}));        // to the joint target
+    EXPECT_FALSE(hasYellowAt(picture, {150, 200, 0}));      // and from it
     EXPECT_TRUE(hasYellowAt(picture, {225, 25, 0}));
 }
 

@@ -26,7 +26,7 @@ protected:
     static Ogre::ManualObject* lineOf(const TcpTraceVisual* visual) {
         return dynamic_cast<Ogre::ManualObject*>(visual->node->getAttachedObject(0));
     }
-    [[nodiscard]] const Ogre::ManualObject::ManualObjectSection* section() const {
+    [[nodiscard]] Ogre::ManualObject::ManualObjectSection* section() const {
         return lineOf(trace)->getSections().at(0);
     }
     [[nodiscard]] std::size_t drawnPoints() const {
@@ -97,7 +97,7 @@ TEST_F(Traces, AfterClearingTheFirstPointStartsANewLineThatIsNotJoined) {
     const headless::Picture empty = frame();
     trace->addColorPoint({-150, 0, 150}, red);
     trace->addColorPoint({-100, 0, 150}, red);
-    EXPECT_GT(count(frame(), true), 20);
+    EXPECT_GT(count(frame(), true), count(empty, true) + 20);
     trace->clear();
     EXPECT_EQ(trace->getPointCount(), 0u);
     EXPECT_EQ(difference(empty, frame()), 0);
@@ -105,8 +105,8 @@ TEST_F(Traces, AfterClearingTheFirstPointStartsANewLineThatIsNotJoined) {
     EXPECT_EQ(difference(empty, frame()), 0);
     trace->addColorPoint({150, 0, 150}, blue);
     const headless::Picture again = frame();
-    EXPECT_EQ(count(again, true), 0);
-    EXPECT_GT(count(again, false), 20);
+    EXPECT_EQ(count(again, true), count(empty, true));
+    EXPECT_GT(count(again, false), count(empty, false) + 20);
     EXPECT_EQ(section()->getMaterialName(), "TcpTrace");
     EXPECT_EQ(drawnPoints(), 2u);
 }
@@ -131,8 +131,8 @@ TEST_F(Traces, ColoursChangeFromPointToPointAndBlendInBetween) {
 
 TEST_F(Traces, APointThatIsNotFiniteIsRefusedAndChangesNothing) {
     trace->addColorPoint({0, 0, 0}, red);
-    for (const double bad : {std::numeric_limits<double>::quiet_NaN(),
-                             std::numeric_limits<double>::infinity(), 1e300})
+    for (const double bad :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 1e300})
         EXPECT_THROW(trace->addColorPoint({0, bad, 0}, red), std::invalid_argument);
     EXPECT_EQ(trace->getPointCount(), 1u);
 }
