@@ -71,6 +71,7 @@ void Scene::deleteVisual(Visual* visual) {
     visual->clearChildren();
     forgetFaces(visual);
     forgetEdges(visual);
+    forgetEnvelope(visual);
     forgetTaskVisual(visual);
     stateManager->remove(visual);
     selection::VisualSelection::Get()->removeCompoundObject(visual);

@@ -27,6 +27,7 @@ class TopoDS_Face;
 class TopoDS_Shape;
 
 namespace Ogre {
+class AxisAlignedBox;
 class InstanceManager;
 class SceneManager;
 }  // namespace Ogre
@@ -192,8 +193,11 @@ public:
     /// A manipulator, tool or device, without `buildChildren` without the parts of its links; any
     /// other kind does nothing.
     void addMechanism(sdf::SdfNode* modelNode, bool buildChildren);
-    /// A user component; any other kind does nothing.
+    /// A user component or a sensor; any other kind does nothing.
     void addSmartComponent(sdf::SdfNode* modelNode);
+    /// Shows a sensor anew after its properties changed, selected if its id is. The id is looked up
+    /// strictly in the task; for another kind of visual it is what that one's update does.
+    void updateSensor(std::uint32_t id);
     void addPointCloud(sdf::SdfNode* modelNode);
     void addFrame(sdf::SdfNode* modelNode);
     void addTaskFrame(std::uint32_t id, const rob::PoseTemplate<double>& pose);
@@ -362,6 +366,43 @@ public:
     void addCurveArrow(std::uint32_t id, bool atEnd);
     void clearCurveArrow(std::uint32_t id);
 
+    // --- reach of robots; thread: any ---
+    /// Shows what a robot reaches in place of what was shown before: the profile as an outline
+    /// under the visual of `parentId`, and hidden the surface that it sweeps about the robot's z
+    /// axis from `minAngle` to `maxAngle` radians, under the robot. `normals` belong to the
+    /// profile's points. In the tasks the robot is looked up strictly, another kind of visual is
+    /// passed over, and without a visual of `parentId` nothing is shown. Throws there what
+    /// WorkEnvelope3DVisual::Build throws.
+    void addWorkEnvelopeVisual(std::uint32_t manipulatorId, std::uint32_t parentId,
+                               const std::vector<rob::PosTemplate<double>>& points,
+                               const std::vector<rob::DirTemplate<double>>& normals, float minAngle,
+                               float maxAngle);
+    /// These two look the robot up strictly in the task and pass over another kind of visual.
+    void updateWorkEnvelopeVisual(std::uint32_t id, bool show2D, bool show3D);
+    void removeWorkEnvelopeVisual(std::uint32_t id);
+
+    // --- camera poses for a host to go to; they move nothing; thread: render ---
+    /// Frames what the scene shows, seen along `dir`: the sphere round its box, of radius 10 at
+    /// least, just fits into the narrower angle of view. What is hidden, the ground grid, the world
+    /// frame, handles and previews do not count. The scene's vertical is up; for a view along it
+    /// the camera's present x axis stays. Needs no unit length, but throws std::overflow_error for
+    /// a direction of none.
+    [[nodiscard]] rob::PoseTemplate<float> getViewPoseForDir(
+        const rob::DirTemplate<float>& dir) const;
+    /// The same with `up` up on the picture, as far as it is not along `dir`: then throws
+    /// std::overflow_error.
+    [[nodiscard]] rob::PoseTemplate<float> getViewPoseForDir(
+        const rob::DirTemplate<float>& dir, const rob::DirTemplate<float>& up) const;
+    /// The same in the present direction.
+    [[nodiscard]] rob::PoseTemplate<float> getViewAllPose() const;
+    /// From the present position towards the middle of what the scene shows. Throws
+    /// std::overflow_error if the camera stands there.
+    [[nodiscard]] rob::PoseTemplate<float> getViewCenterPose() const;
+    /// Frames one visual with all below it, or the target of a move, in the present direction and
+    /// with the present rotation. What is hidden counts only where nothing is shown. The id is
+    /// looked up strictly.
+    [[nodiscard]] rob::PoseTemplate<float> getVisualFocusPose(std::uint32_t id) const;
+
     // --- queries; they read the live scene without a lock; thread: render, or caller ---
     /// A face of a solid by its number from 1, in the frame of its body or in the world. Throws
     /// std::out_of_range
@@ -430,10 +471,18 @@ private:
     void doHighlightEdge(Visual* visual, const TopoDS_Edge& edge);
     void doClearHighlightedEdge();
     EdgeVisual* findLastingEdge(const Visual* owner, const TopoDS_Edge& edge) const;
+    void doUpdateSensor(std::uint32_t id);
+    void doAddWorkEnvelopeVisual(std::uint32_t manipulatorId, std::uint32_t parentId,
+                                 const std::vector<rob::PosTemplate<double>>& points,
+                                 const std::vector<rob::DirTemplate<double>>& normals,
+                                 float minAngle, float maxAngle);
+    [[nodiscard]] bool isFurniture(const Visual* visual) const;
+    [[nodiscard]] Ogre::AxisAlignedBox sceneBox() const;
     void doUpdateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape);
     /// Drop a visual that is about to die from the bookkeeping of faces, edges and tasks.
     void forgetFaces(const Visual* visual);
     void forgetEdges(const Visual* visual);
+    void forgetEnvelope(const Visual* visual);
     void forgetTaskVisual(const Visual* visual);
     void doSetLayer(Visual* visual, VisualStateLayer layer, bool on,
                     const std::string& materialName = {});

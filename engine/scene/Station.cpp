@@ -2,6 +2,7 @@
 
 #include <OgreSceneNode.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "engine/Scene.h"
@@ -21,6 +22,7 @@
 #include "visual/station/FrameVisual.h"
 #include "visual/station/ManipulatorVisual.h"
 #include "visual/station/PartVisual.h"
+#include "visual/station/SensorVisual.h"
 #include "visual/station/ToolVisual.h"
 #include "visual/station/UserComponentVisual.h"
 #include "visual/Visual.h"
@@ -113,6 +115,8 @@ void Scene::buildSmartComponent(sdf::SdfNode* modelNode) {
     const auto& object = dynamic_cast<const sdf::SdfObject&>(*modelNode);
     if (object.asType(sdf::ObjectType::UserComponent))
         UserComponentVisual::Build(resolveParentVisual(modelNode), modelNode);
+    else if (object.asType(sdf::ObjectType::Sensor))
+        SensorVisual::Build(resolveParentVisual(modelNode), modelNode);
 }
 
 void Scene::doRestoreCamera() {
@@ -137,6 +141,19 @@ void Scene::addMechanism(sdf::SdfNode* modelNode, bool buildChildren) {
 
 void Scene::addSmartComponent(sdf::SdfNode* modelNode) {
     post([this, modelNode] { buildSmartComponent(modelNode); });
+}
+
+void Scene::updateSensor(std::uint32_t id) {
+    post([this, id] { doUpdateSensor(id); });
+}
+
+void Scene::doUpdateSensor(std::uint32_t id) {
+    Visual* sensor = visuals.at(id);
+    sensor->update();
+    if (std::ranges::find(selectedVisuals, id) == selectedVisuals.end()) return;
+    // The new children have not seen the selection.
+    stateManager->setLayer(sensor, VisualStateLayer::Selected, /*on=*/true, "");
+    stateManager->refresh(sensor);
 }
 
 void Scene::addPointCloud(sdf::SdfNode* modelNode) {

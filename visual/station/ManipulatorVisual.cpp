@@ -6,6 +6,8 @@
 
 #include "engine/Scene.h"
 #include "suite/layout/Mechanism.h"
+#include "visual/station/WorkEnvelope2DVisual.h"
+#include "visual/station/WorkEnvelope3DVisual.h"
 #include "visual/station/WristVisual.h"
 
 namespace vrn::visual {
@@ -38,6 +40,22 @@ void ManipulatorVisual::Build(Visual* parent, sdf::SdfNode* modelNode, bool buil
     scene->visuals[manipulator->id] = manipulator;
     if (layout::Wrist* wrist = model.wrist())
         WristVisual::Build(scene->visuals.at(wrist->parentId), wrist);
+}
+
+void ManipulatorVisual::updateWorkEnvelopeVisuals(bool show2D, bool show3D) {
+    if (workEnvelope2D) workEnvelope2D->setVisible(show2D, /*cascade=*/true);
+    if (workEnvelope3D) workEnvelope3D->setVisible(show3D, /*cascade=*/true);
+}
+
+void ManipulatorVisual::removeWorkEnvelopeVisuals() {
+    Scene* scene = Scene::Get();
+    scene->deleteVisual(std::exchange(workEnvelope2D, nullptr));
+    scene->deleteVisual(std::exchange(workEnvelope3D, nullptr));
+}
+
+void ManipulatorVisual::forgetWorkEnvelope(const Visual* envelope) {
+    if (workEnvelope2D == envelope) workEnvelope2D = nullptr;
+    if (workEnvelope3D == envelope) workEnvelope3D = nullptr;
 }
 
 }  // namespace vrn::visual

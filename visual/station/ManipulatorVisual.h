@@ -4,6 +4,9 @@
 
 namespace vrn::visual {
 
+class WorkEnvelope2DVisual;
+class WorkEnvelope3DVisual;
+
 /// A robot arm, in the colours of its maker. Thread: render.
 class VRN_VISUAL_API ManipulatorVisual : public MechanismVisual {
 public:
@@ -16,6 +19,25 @@ public:
     /// visual of its parent id, which is looked up strictly. A robot without wrist gets none.
     /// Throws std::bad_cast for an object that is no manipulator, and what the constructor throws.
     static void Build(Visual* parent, sdf::SdfNode* modelNode, bool buildChildren);
+
+    /// Take over what shows the robot's reach, which the tree owns; null for none. One that was
+    /// there stays in the scene.
+    void setWorkEnvelope2DVisual(WorkEnvelope2DVisual* outline) { workEnvelope2D = outline; }
+    void setWorkEnvelope3DVisual(WorkEnvelope3DVisual* surface) { workEnvelope3D = surface; }
+    /// Shows or hides what there is of them.
+    void updateWorkEnvelopeVisuals(bool show2D, bool show3D);
+    /// Deletes what there is of them.
+    void removeWorkEnvelopeVisuals();
+    /// For one that is about to die on its own, as an outline does with the visual it hangs under.
+    void forgetWorkEnvelope(const Visual* envelope);
+
+    /// Null for none.
+    [[nodiscard]] WorkEnvelope2DVisual* getWorkEnvelope2D() const { return workEnvelope2D; }
+    [[nodiscard]] WorkEnvelope3DVisual* getWorkEnvelope3D() const { return workEnvelope3D; }
+
+private:
+    WorkEnvelope2DVisual* workEnvelope2D = nullptr;  ///< not owned
+    WorkEnvelope3DVisual* workEnvelope3D = nullptr;  ///< not owned
 };
 
 }  // namespace vrn::visual

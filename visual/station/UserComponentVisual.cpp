@@ -12,6 +12,7 @@
 #include "visual/station/FrameVisual.h"
 #include "visual/station/LocalFrame.h"
 #include "visual/station/PartVisual.h"
+#include "visual/station/SensorVisual.h"
 #include "visual/station/ToolVisual.h"
 
 namespace vrn::visual {
@@ -35,7 +36,8 @@ void BuildChild(sdf::SdfNode* child) {
         case sdf::ObjectType::UserComponent:
             return UserComponentVisual::Build(parent, child);
         default:
-            return;
+            if (sdf::IsKindOf(child->objectType, sdf::ObjectType::Sensor))
+                SensorVisual::Build(parent, child);
     }
 }
 
