@@ -42,6 +42,9 @@ bool NamesAreKnown(const Viewer& viewer, const Options& options) {
     check("--select", options.looks.select);
     check("--highlight", options.looks.highlight);
     check("--hide", options.looks.hide);
+    const auto& view = options.looks.foundView;
+    if (const auto* object = view ? std::get_if<ViewOfObject>(&*view) : nullptr)
+        check("--view focus", {object->name});
     return known;
 }
 

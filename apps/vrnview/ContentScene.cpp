@@ -13,6 +13,7 @@
 #include "suite/layout/Mechanism.h"
 #include "suite/layout/Part.h"
 #include "suite/layout/PointCloud.h"
+#include "suite/smart/SmartComponent.h"
 #include "suite/task/DataItem.h"
 #include "suite/task/Instruction.h"
 #include "suite/task/Task.h"
@@ -129,6 +130,16 @@ private:
         for (layout::Frame* frame : content.frames) {
             layout.add(*frame);
             show(*frame, [&] { scene.addFrame(frame); });
+        }
+        for (smartcomp::Sensor* sensor : content.sensors) {
+            smartcomp::AddSmartComponent(*sensor);
+            show(*sensor, [&] {
+                scene.addSmartComponent(sensor);
+                // A new sensor shows its frame, as after an edit; here it is a part of the station.
+                scene.addRenderTask(
+                    [this, sensor] { scene.visuals.at(sensor->id)->resetAppearance(); },
+                    /*key=*/0);
+            });
         }
     }
 

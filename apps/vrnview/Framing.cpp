@@ -145,10 +145,17 @@ CameraPlacement LookFrom(const CameraSpot& spot, std::span<const Pos> points,
     constexpr double upright = 1e-6;  // of the sine of the angle to the vertical
     const bool isSteep = forward.cross({0, 0, 1}).length() < upright;
     const Vec right = forward.cross(isSteep ? Vec{0, 1, 0} : Vec{0, 0, 1}).normalized();
+    return StandAt({spot.position,
+                    rob::RotationTemplate<double>::FromAxes(right, right.cross(forward), -forward)},
+                   way.length(), points, furniture);
+}
 
+CameraPlacement StandAt(const rob::PoseTemplate<double>& pose, double depthOfNothing,
+                        std::span<const Pos> points, const Bounds& furniture) {
+    const Vec forward = pose.rotation * Vec{0, 0, -1};
     double nearest = std::numeric_limits<double>::infinity(), farthest = 0;
     const auto see = [&](const Pos& point) {
-        const double depth = (point - spot.position).dot(forward);
+        const double depth = (point - pose.position).dot(forward);
         if (!std::isfinite(depth) || depth <= 0) return;
         nearest = std::min(nearest, depth);
         farthest = std::max(farthest, depth);
@@ -156,12 +163,10 @@ CameraPlacement LookFrom(const CameraSpot& spot, std::span<const Pos> points,
     for (const Pos& point : points) see(point);
     const double nearestPoint = nearest;
     for (const Pos& corner : CornersOf(furniture)) see(corner);
-    if (farthest <= 0) farthest = std::max(way.length(), 1.0);
+    if (farthest <= 0) farthest = std::max(depthOfNothing, 1.0);
 
     CameraPlacement placement;
-    placement.pose.position = spot.position;
-    placement.pose.rotation =
-        rob::RotationTemplate<double>::FromAxes(right, right.cross(forward), -forward);
+    placement.pose = pose;
     placement.farClip = farthest * 1.1;
     // The graphics card tells depths apart over no more than some five orders of magnitude; a body
     // that the camera stands in or close to asks for the nearest.

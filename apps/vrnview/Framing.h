@@ -48,6 +48,12 @@ struct CameraPlacement {
                                        std::span<const rob::PosTemplate<double>> points,
                                        const Bounds& furniture);
 
+/// Stands at a pose, with clip distances as LookFrom; where nothing is in front of the camera it
+/// sees as far as `depthOfNothing`. Thread: pure.
+[[nodiscard]] CameraPlacement StandAt(const rob::PoseTemplate<double>& pose, double depthOfNothing,
+                                      std::span<const rob::PosTemplate<double>> points,
+                                      const Bounds& furniture);
+
 /// The eight corners of a box; none of an empty one. Thread: pure.
 [[nodiscard]] std::vector<rob::PosTemplate<double>> CornersOf(const Bounds& box);
 

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "apps/vrnview/Framing.h"
@@ -18,6 +19,22 @@ struct JointValue {
     friend bool operator==(const JointValue&, const JointValue&) = default;
 };
 
+/// The whole scene, or one object, in the direction that the picture would have anyway.
+struct ViewOfAll {
+    friend bool operator==(const ViewOfAll&, const ViewOfAll&) = default;
+};
+struct ViewOfObject {
+    std::string name;
+    friend bool operator==(const ViewOfObject&, const ViewOfObject&) = default;
+};
+/// The whole scene, seen along `dir`, which has a length.
+struct ViewAlong {
+    rob::DirTemplate<double> dir;
+    friend bool operator==(const ViewAlong&, const ViewAlong&) = default;
+};
+/// A view that the library finds the camera for.
+using FoundView = std::variant<ViewOfAll, ViewOfObject, ViewAlong>;
+
 /// How the scene is shown. Objects go by the number of their visual, by the id that a station file
 /// gives them, or by their name.
 struct Looks {
@@ -26,6 +43,7 @@ struct Looks {
     /// A standard view that frames the scene; without one and without a camera, that of the first
     /// station that names a camera, else the iso view.
     std::optional<StandardView> view;
+    std::optional<FoundView> foundView;  ///< over the other two
     std::optional<CameraSpot> camera;
 };
 

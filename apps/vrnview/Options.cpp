@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cmath>
 #include <format>
-#include <map>
 #include <sstream>
 #include <string_view>
 
@@ -49,6 +48,13 @@ std::optional<std::vector<double>> NumbersOf(std::string_view text, std::size_t 
     return numbers.size() == count ? std::optional(numbers) : std::nullopt;
 }
 
+/// As the command line takes them.
+std::string ViewNames() {
+    std::string names;
+    for (const std::string_view name : StandardViewNames()) names += std::string(name) + '|';
+    return names + "all|focus:ID|dir:x,y,z";
+}
+
 void ReadMode(const std::string& name, Options& options) {
     const auto& names = DisplayModeNames();
     const auto found = std::ranges::find(names, name);
@@ -68,6 +74,30 @@ void ReadCamera(const std::string& text, Options& options) {
     if (!((spot.target - spot.position).length() > rob::zeroLength))
         throw CLI::ValidationError("--camera", "it stands where it looks at");
     options.looks.camera = spot;
+}
+
+void ReadView(const std::string& text, Options& options) {
+    constexpr std::string_view focus = "focus:", along = "dir:";
+    const auto& names = StandardViewNames();
+    if (const auto found = std::ranges::find(names, text); found != names.end()) {
+        options.looks.view = static_cast<StandardView>(found - names.begin());
+    } else if (text == "all") {
+        options.looks.foundView = ViewOfAll{};
+    } else if (text.starts_with(focus) && text.size() > focus.size()) {
+        options.looks.foundView = ViewOfObject{text.substr(focus.size())};
+    } else if (text.starts_with(along)) {
+        const auto n = NumbersOf(std::string_view(text).substr(along.size()), 3);
+        const rob::Vec3Template<double> dir =
+            n ? rob::Vec3Template<double>{(*n)[0], (*n)[1], (*n)[2]} : rob::Vec3Template<double>{};
+        if (!(dir.length() > rob::zeroLength) || !std::isfinite(dir.length()))
+            throw CLI::ValidationError(
+                "--view",
+                std::format("'{}' is not dir:x,y,z with a direction of some length", text));
+        options.looks.foundView = ViewAlong{rob::DirTemplate<double>(dir.normalized())};
+    } else {
+        throw CLI::ValidationError("--view",
+                                   std::format("'{}' is not one of {}", text, ViewNames()));
+    }
 }
 
 void ReadJoint(const std::string& text, Options& options) {
@@ -124,25 +154,11 @@ void AddPictureOptions(CLI::App& command, Options& options) {
             "--size", [&options](const std::string& text) { ReadSize(text, options); },
             "size of the picture in pixels (default 1280x720)")
         ->type_name("WxH");
-    std::map<std::string, StandardView> views;
-    std::string names;
-    for (std::size_t i = 0; i < StandardViewNames().size(); ++i) {
-        const std::string name(StandardViewNames()[i]);
-        views.emplace(name, static_cast<StandardView>(i));
-        names += (i == 0 ? "" : "|") + name;
-    }
     command
         .add_option_function<std::string>(
-            "--view",
-            [&options, views, names](const std::string& name) {
-                const auto found = views.find(name);
-                if (found == views.end())
-                    throw CLI::ValidationError("--view",
-                                               std::format("'{}' is not one of {}", name, names));
-                options.looks.view = found->second;
-            },
+            "--view", [&options](const std::string& text) { ReadView(text, options); },
             "where to look from (default iso)")
-        ->type_name(names);
+        ->type_name(ViewNames());
     AddLookOptions(command, options);
 }
 

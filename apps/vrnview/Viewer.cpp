@@ -149,9 +149,32 @@ CameraPlacement Viewer::placeCamera(const Looks& looks, double aspect) const {
     if (!spot && !looks.view)
         for (const Content& content : contents)
             if (!spot) spot = content.camera;
-    if (spot) return LookFrom(*spot, outline, GridBounds());
     const FieldOfView fov{visual::Camera::Get()->getHFOV(), aspect};
-    return FramePoints(outline, GridBounds(), looks.view.value_or(StandardView::Iso), fov);
+    const CameraPlacement placement =
+        spot ? LookFrom(*spot, outline, GridBounds())
+             : FramePoints(outline, GridBounds(), looks.view.value_or(StandardView::Iso), fov);
+    return looks.foundView ? findCamera(*looks.foundView, placement, outline) : placement;
+}
+
+CameraPlacement Viewer::findCamera(const FoundView& view, const CameraPlacement& otherwise,
+                                   const std::vector<rob::PosTemplate<double>>& outline) const {
+    visual::Camera& camera = *visual::Camera::Get();
+    const visual::Scene& scene = *visual::Scene::Get();
+    // The library starts from where the camera looks now.
+    camera.setWorldPosition(rob::PosTemplate<float>(otherwise.pose.position));
+    camera.setWorldRotation(rob::RotationTemplate<float>(otherwise.pose.rotation));
+    rob::PoseTemplate<float> pose;
+    if (const auto* along = std::get_if<ViewAlong>(&view)) {
+        pose = scene.getViewPoseForDir(rob::DirTemplate<float>(along->dir));
+    } else if (const auto* object = std::get_if<ViewOfObject>(&view)) {
+        const auto id = idOf(object->name);
+        if (!id) return otherwise;
+        pose = scene.getVisualFocusPose(*id);
+    } else {
+        pose = scene.getViewAllPose();
+    }
+    const double depth = pose.position.asVec3().length();
+    return StandAt(rob::PoseTemplate<double>(pose), depth, outline, GridBounds());
 }
 
 headless::Picture Viewer::takePicture(int widthPx, int heightPx, const Looks& looks) {

@@ -55,6 +55,9 @@ private:
     void poseJoints(Content& content);
     void apply(const Looks& looks) const;
     [[nodiscard]] CameraPlacement placeCamera(const Looks& looks, double aspect) const;
+    [[nodiscard]] CameraPlacement findCamera(
+        const FoundView& view, const CameraPlacement& otherwise,
+        const std::vector<rob::PosTemplate<double>>& outline) const;
     [[nodiscard]] bool hasFrames() const;
     void scaleFurniture(const Bounds& scene);
 

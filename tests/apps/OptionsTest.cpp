@@ -95,7 +95,24 @@ TEST(Options, MalformedSizesAreRefusedByName) {
 
 TEST(Options, UnknownViewIsRefusedWithTheKnownOnes) {
     EXPECT_THAT(Refusal({"render", "a", "-o", "p", "--view", "isometric"}),
-                HasSubstr("'isometric' is not one of iso|front|back|left|right|top|bottom"));
+                HasSubstr("'isometric' is not one of iso|front|back|left|right|top|bottom|all|"
+                          "focus:ID|dir:x,y,z"));
+}
+
+TEST(Options, ViewsThatTheLibraryFindsAreRead) {
+    const auto viewOf = [](const std::string& text) {
+        return Parsed({"render", "a", "-o", "p", "--view", text}).looks.foundView;
+    };
+    EXPECT_EQ(viewOf("all"), FoundView(ViewOfAll{}));
+    EXPECT_EQ(viewOf("focus:arm:1"), FoundView(ViewOfObject{"arm:1"}));
+    EXPECT_EQ(viewOf("dir:0,-3,4"), FoundView(ViewAlong{{0, -0.6, 0.8}}));
+    EXPECT_FALSE(viewOf("top"));
+}
+
+TEST(Options, ViewsWithoutAnObjectOrADirectionAreRefused) {
+    for (const char* view : {"focus:", "focus", "dir:", "dir:1,2", "dir:1,2,3,4", "dir:0,0,0",
+                             "dir:1,2,nan", "all:", ""})
+        EXPECT_NE(Refusal({"render", "a", "-o", "p", "--view", view}), "") << view;
 }
 
 TEST(Options, HelpIsNoError) {

@@ -94,6 +94,32 @@ TEST_F(Render, CloudsFillThePictureAlmostToTheRim) {
     EXPECT_EQ(Covered(picture, 300, 2, 340, 12), 0);
 }
 
+TEST_F(Render, TheViewOfAllFramesTheSphereRoundTheScene) {
+    const Picture picture = render(BoxTriangles({500, 500, 500}, {600, 600, 600}),
+                                   {"--size", "640x480", "--view", "dir:0,1,0"});
+    // The near face of the cube: half 50, its sphere 86.6, which fills the height.
+    EXPECT_FALSE(IsGround(picture.at(320, 240)));
+    EXPECT_GT(Covered(picture, 300, 90, 340, 130), 0);
+    EXPECT_EQ(Covered(picture, 300, 2, 340, 40), 0);
+    const Picture all = render(BoxTriangles({500, 500, 500}, {600, 600, 600}),
+                               {"--size", "640x480", "--view", "all"});
+    EXPECT_FALSE(IsGround(all.at(320, 240)));
+}
+
+TEST_F(Render, FocusFramesOneObjectAndAnUnknownOneFails) {
+    WriteBinaryStl(path("near.stl"), BoxTriangles({0, 0, 0}, {100, 100, 100}));
+    WriteBinaryStl(path("far.stl"), BoxTriangles({20000, 0, 0}, {20100, 100, 100}));
+    const auto focus = [&](const std::string& name) {
+        return vrnview({"render", path("near.stl"), path("far.stl"), "-o", path("focus.png"),
+                        "--size", "320x240", "--view", "focus:" + name});
+    };
+    ASSERT_EQ(focus("far").status, 0);
+    EXPECT_FALSE(IsGround(Picture::loadPng(path("focus.png")).at(160, 120)));
+    const ProcessResult unknown = focus("nothing");
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_EQ(unknown.err, "vrnview: --view focus nothing: no input has an object of that name\n");
+}
+
 TEST_F(Render, FlatAndLonelyShapesAreShown) {
     const Picture triangle =
         render({{{{0, 0, 0}, {100, 0, 0}, {0, 100, 0}}}}, {"--size", "640x480", "--view", "top"});

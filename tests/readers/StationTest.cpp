@@ -9,6 +9,7 @@
 #include "suite/layout/Mechanism.h"
 #include "suite/layout/Part.h"
 #include "suite/layout/PointCloud.h"
+#include "suite/smart/SmartComponent.h"
 #include "suite/task/DataItem.h"
 #include "suite/task/Instruction.h"
 #include "suite/task/Task.h"
@@ -150,6 +151,31 @@ TEST_F(Station, CloudsTakeTheirUnit) {
     EXPECT_EQ(content.clouds.at(0)->points[1].x, 4000);
 }
 
+TEST_F(Station, SensorsArePlanesOrSegmentsFromTheirPose) {
+    const Content content = objects(
+        R"({"type": "sensor", "id": "gate", "pose": {"position": [1, 2, 3]},
+            "sideA": [100, 0, 0], "sideB": [0, 0, 50]},
+           {"type": "sensor", "id": "beam", "to": [0, 0, 300], "radius": 4},
+           {"type": "sensor", "id": "both", "to": [0, 0, 1], "sideA": [1, 0, 0]},
+           {"type": "sensor", "id": "none"},
+           {"type": "sensor", "id": "half", "sideA": [1, 0, 0]})");
+    EXPECT_THAT(content.problems,
+                ElementsAre("object 'both': a sensor needs either 'sideA' and 'sideB' or 'to'",
+                            "object 'none': a sensor needs either 'sideA' and 'sideB' or 'to'",
+                            testing::HasSubstr("object 'half': 'sideB'")));
+    ASSERT_EQ(content.sensors.size(), 2u);
+    EXPECT_EQ(content.sensors[0]->objectType, sdf::ObjectType::PlaneSensor);
+    EXPECT_EQ(content.sensors[0]->getPosition(), (rob::PosTemplate<double>{1, 2, 3}));
+    rob::XYZTemplate<double> side;
+    EXPECT_TRUE(content.sensors[0]->getPropertyXYZ(3, side));
+    EXPECT_EQ(side.z, 50);
+    EXPECT_EQ(content.sensors[1]->objectType, sdf::ObjectType::SegmentSensor);
+    double radius = 0;
+    EXPECT_TRUE(content.sensors[1]->getPropertyDouble(3, radius));
+    EXPECT_EQ(radius, 4);
+    EXPECT_TRUE(content.ids.contains("gate"));
+}
+
 TEST_F(Station, WorkObjectsHoldTargetsInTheirObjectFrame) {
     const Content content =
         objects(box + R"(, {"type": "workObject", "id": "w", "parent": "box", "fixed": false,
@@ -243,8 +269,8 @@ TEST_F(Station, OneBadObjectLeavesTheRest) {
         {R"({"type": "part", "id": "box", "file": "box.stl"})",
          "object 'box': the id is used twice"},
         {R"({"type": "house"})",
-         "object 2: 'type' must be part, assembly, robot, tool, device, cloud, frame or "
-         "workObject"},
+         "object 2: 'type' must be part, assembly, robot, tool, device, cloud, frame, "
+         "sensor or workObject"},
         {R"({"id": "x"})", "object 'x': 'type' must be a text"},
         {R"({"type": 3})", "object 2: 'type' must be a text"},
         {"7", "object 2: must be an object in braces"},

@@ -20,6 +20,10 @@ class Link;
 class Mechanism;
 }  // namespace vrn::layout
 
+namespace vrn::smartcomp {
+class Sensor;
+}
+
 namespace vrn::task {
 class RobTargetDataItem;
 class Task;
@@ -56,6 +60,7 @@ struct Content {
     std::vector<layout::Tool*> tools;
     std::vector<layout::Device*> devices;
     std::vector<layout::Frame*> frames;
+    std::vector<smartcomp::Sensor*> sensors;
     /// Work objects and tool data that belong to no task; a task's own are found in it.
     std::vector<task::WObjDataItem*> workObjects;
     /// Targets, each hanging on the object frame of a work object.

@@ -1,6 +1,7 @@
 #include "apps/vrnview/readers/StationReader.h"
 
 #include <algorithm>
+#include <any>
 #include <cmath>
 #include <format>
 #include <numbers>
@@ -14,6 +15,7 @@
 #include "suite/layout/Mechanism.h"
 #include "suite/layout/Part.h"
 #include "suite/layout/PointCloud.h"
+#include "suite/smart/SmartComponent.h"
 #include "suite/task/DataItem.h"
 #include "suite/task/Task.h"
 
@@ -158,11 +160,14 @@ void StationReader::addObject(const JsonFields& fields, const std::string& label
         addCloud(fields, label);
     else if (type == "frame")
         addFrame(fields, label);
+    else if (type == "sensor")
+        addSensor(fields, label);
     else if (type == "workObject")
         content.workObjects.push_back(&workObject(fields, label, nullptr));
     else
         throw std::runtime_error(
-            "'type' must be part, assembly, robot, tool, device, cloud, frame or workObject");
+            "'type' must be part, assembly, robot, tool, device, cloud, frame, sensor or "
+            "workObject");
 }
 
 sdf::SdfObject& StationReader::partOrAssembly(const JsonFields& fields, const std::string& label,
@@ -416,6 +421,32 @@ void StationReader::addFrame(const JsonFields& fields, const std::string& label)
     Placed entry;
     entry.attachedTo = fields.textOr("parent", "");
     enter(fields, *frame, entry);
+}
+
+/// Its shape starts at its pose: a parallelogram of two sides, or a line to a point.
+void StationReader::addSensor(const JsonFields& fields, const std::string& label) {
+    warnUnknown(fields, label,
+                {"type", "id", "name", "pose", "hidden", "sideA", "sideB", "to", "radius"});
+    const bool isPlane = fields.has("sideA") || fields.has("sideB");
+    if (isPlane == fields.has("to"))
+        throw std::runtime_error("a sensor needs either 'sideA' and 'sideB' or 'to'");
+    const auto xyz = [&fields](const char* key) {
+        const auto p = fields.position(key);
+        return rob::XYZTemplate<double>{p.x, p.y, p.z};
+    };
+    // Read before the object is made: a mistake leaves none behind.
+    const auto second = xyz(isPlane ? "sideA" : "to");
+    const std::any third =
+        isPlane ? std::any(xyz("sideB")) : std::any(fields.numberOr("radius", 0));
+    auto* sensor = content.objects.make<smartcomp::Sensor>(
+        fields.textOr("name", fields.textOr("id", "sensor")),
+        isPlane ? sdf::ObjectType::PlaneSensor : sdf::ObjectType::SegmentSensor);
+    sensor->setPose(fields.pose("pose"));
+    sensor->setProperty(1, rob::XYZTemplate<double>{});
+    sensor->setProperty(2, second);
+    sensor->setProperty(3, third);
+    content.sensors.push_back(sensor);
+    enter(fields, *sensor, Placed{});
 }
 
 task::WObjDataItem& StationReader::workObject(const JsonFields& fields, const std::string& label,

@@ -68,6 +68,7 @@ private:
     void setJoints(const JsonFields& fields, JointedObject& jointed, const std::string& label);
     void addCloud(const JsonFields& fields, const std::string& label);
     void addFrame(const JsonFields& fields, const std::string& label);
+    void addSensor(const JsonFields& fields, const std::string& label);
     task::WObjDataItem& workObject(const JsonFields& fields, const std::string& label,
                                    task::Task* task);
     void addTargets(const JsonFields& fields, task::WObjDataItem& wobj, const std::string& label,
