@@ -21,7 +21,8 @@ namespace vrn::selection {
 namespace {
 
 using visual::Box;
-using Quad = std::array<float, 4>;  ///< x, y, z and one number that counts for nothing
+/// x, y, z and one number that counts for nothing: a vector of the compiler.
+using Quad = float __attribute__((vector_size(16)));
 
 constexpr unsigned bucketCount = 8;
 constexpr unsigned planeCount = bucketCount - 1;
@@ -35,8 +36,16 @@ struct Bounds {
     Quad high{-FLT_MAX, -FLT_MAX, -FLT_MAX, 0};
 
     void add(const Quad& otherLow, const Quad& otherHigh) {
-        for (int i = 0; i < 4; ++i) low[i] = otherLow[i] < low[i] ? otherLow[i] : low[i];
-        for (int i = 0; i < 4; ++i) high[i] = otherHigh[i] > high[i] ? otherHigh[i] : high[i];
+        low = otherLow < low ? otherLow : low;
+        high = otherHigh > high ? otherHigh : high;
+    }
+    [[nodiscard]] bool isValid() const {
+        return high[0] >= low[0] && high[1] >= low[1] && high[2] >= low[2];
+    }
+    /// As Box::getArea.
+    [[nodiscard]] float area() const {
+        const Quad extent = high - low;
+        return 2.0f * (extent[0] * extent[1] + extent[0] * extent[2] + extent[1] * extent[2]);
     }
     [[nodiscard]] Box toBox() const { return {low[0], low[1], low[2], high[0], high[1], high[2]}; }
 };
@@ -46,12 +55,11 @@ struct Item {
     Quad low, high, center;
 };
 
+Quad QuadOf(const rob::PosTemplate<float>& p) { return Quad{p.x, p.y, p.z, 0}; }
+
 Item ItemOf(BVHPrimitive& primitive) {
-    const Box& box = primitive.box;
-    const auto& center = primitive.box.getCenter();
-    return {{box.min.x, box.min.y, box.min.z, 0},
-            {box.max.x, box.max.y, box.max.z, 0},
-            {center.x, center.y, center.z, 0}};
+    Box& box = primitive.box;
+    return {QuadOf(box.min), QuadOf(box.max), QuadOf(box.getCenter())};
 }
 
 /// Equal buckets along the widest axis of some centroids.
@@ -74,38 +82,36 @@ struct Split {
     }
 };
 
-/// The primitives on one side of a plane between two buckets.
-struct Side {
+/// The primitives of a bucket, or on one side of a plane between two.
+struct Share {
     std::uint32_t count = 0;
-    Box box;
+    Bounds bounds;
 
-    void add(const BVHBuilder::BucketInfo& bucket) {
-        if (bucket.count == 0) return;
-        count += bucket.count;
-        box.addBox(bucket.box);
+    void add(const Share& other) {
+        if (other.count == 0) return;
+        count += other.count;
+        bounds.add(other.bounds.low, other.bounds.high);
     }
-    [[nodiscard]] float cost() const { return static_cast<float>(count) * box.getArea(); }
+    [[nodiscard]] float cost() const { return static_cast<float>(count) * bounds.area(); }
 };
+using Buckets = std::array<Share, bucketCount>;
 
 /// The bucket after which a cut costs least; of equal ones the first. A cut with an empty side
 /// costs most.
-unsigned CheapestPlane(const std::array<BVHBuilder::BucketInfo, bucketCount>& buckets) {
-    std::array<Side, planeCount> left, right;
-    Side growing;
-    for (unsigned i = 0; i < planeCount; ++i) {
-        growing.add(buckets[i]);
-        left[i] = growing;
-    }
-    growing = {};
+unsigned CheapestPlane(const Buckets& buckets) {
+    std::array<Share, planeCount> right;
+    Share growing;
     for (unsigned i = planeCount; i-- > 0;) {
         growing.add(buckets[i + 1]);
         right[i] = growing;
     }
+    growing = {};
     unsigned best = 0;
     float lowest = FLT_MAX;
     for (unsigned i = 0; i < planeCount; ++i) {
-        if (!left[i].box.isValid() || !right[i].box.isValid()) continue;
-        const float cost = left[i].cost() + right[i].cost();
+        growing.add(buckets[i]);
+        if (!growing.bounds.isValid() || !right[i].bounds.isValid()) continue;
+        const float cost = growing.cost() + right[i].cost();
         if (!(cost < lowest)) continue;
         lowest = cost;
         best = i;
@@ -143,25 +149,24 @@ public:
 private:
     BVHNode* makeLeaf(unsigned first, unsigned last) {
         auto* leaf = new (arena.allocate(sizeof(BVHLeaf), nodeAlignment)) BVHLeaf(last - first);
+        Bounds bounds;
         for (unsigned i = first; i < last; ++i) {
             leaf->primitives[i - first] = primitives[order[i]];
-            leaf->box.addBox(primitives[order[i]]->box);
+            bounds.add(items[i].low, items[i].high);
         }
+        leaf->box = bounds.toBox();
         return leaf;
     }
 
     /// Sorts the range into the two sides of the cheapest plane; answers where the second begins.
     /// Neither side is empty.
     unsigned part(unsigned first, unsigned last, const Split& split) {
-        std::array<Bounds, bucketCount> bounds;
-        std::array<std::uint32_t, bucketCount> counts{};
+        Buckets buckets;
         for (unsigned i = first; i < last; ++i) {
-            const unsigned bucket = split.bucketOf(items[i].center[split.axis]);
-            ++counts[bucket];
-            bounds[bucket].add(items[i].low, items[i].high);
+            Share& bucket = buckets[split.bucketOf(items[i].center[split.axis])];
+            ++bucket.count;
+            bucket.bounds.add(items[i].low, items[i].high);
         }
-        std::array<BVHBuilder::BucketInfo, bucketCount> buckets;
-        for (unsigned i = 0; i < bucketCount; ++i) buckets[i] = {counts[i], bounds[i].toBox()};
         return partAt(first, last, split.axis, split.planeAfter(CheapestPlane(buckets)));
     }
 

@@ -8,34 +8,40 @@
 #include "selection/SlabTest.h"
 
 #include <array>
+#include <limits>
 #include <vector>
 
 namespace vrn::selection {
 
-/// The nodes that wait while a tree is walked: on the stack of the thread, but for trees of unusual
-/// depth.
+/// The nodes that wait while a tree is walked, each with how far along the ray it begins: on the
+/// stack of the thread, but for trees of unusual depth.
 class NodeStack {
 public:
-    void push(const BVHNode* node) {
+    struct Waiting {
+        const BVHNode* node;
+        float distance;
+    };
+
+    void push(const BVHNode* node, float distance = 0) {
         if (count < fixed.size())
-            fixed[count++] = node;
+            fixed[count++] = {node, distance};
         else
-            overflow.push_back(node);
+            overflow.push_back({node, distance});
     }
-    /// Null when empty.
-    [[nodiscard]] const BVHNode* pop() {
+    /// A null node when empty.
+    [[nodiscard]] Waiting pop() {
         if (!overflow.empty()) {
-            const BVHNode* node = overflow.back();
+            const Waiting waiting = overflow.back();
             overflow.pop_back();
-            return node;
+            return waiting;
         }
-        return count == 0 ? nullptr : fixed[--count];
+        return count == 0 ? Waiting{nullptr, 0} : fixed[--count];
     }
 
 private:
-    std::array<const BVHNode*, 96> fixed;
+    std::array<Waiting, 96> fixed;
     std::size_t count = 0;
-    std::vector<const BVHNode*> overflow;
+    std::vector<Waiting> overflow;
 };
 
 /// Depth first. `meets(box)` tells whether a node is entered, `yields(primitive)` which primitives
@@ -45,7 +51,7 @@ template <class Meets, class Yields, class LeftFirst, class Visit>
 void WalkNodes(const BVHNode* root, const Meets& meets, const Yields& yields,
                const LeftFirst& leftFirst, Visit&& visit) {
     NodeStack stack;
-    for (const BVHNode* node = root; node; node = stack.pop()) {
+    for (const BVHNode* node = root; node; node = stack.pop().node) {
         if (!meets(node->box)) continue;
         if (node->type == BVHNode::Type::Leaf) {
             const auto* leaf = static_cast<const BVHLeaf*>(node);
@@ -60,37 +66,68 @@ void WalkNodes(const BVHNode* root, const Meets& meets, const Yields& yields,
     }
 }
 
+/// WalkNodes for a direct ray. Both children are looked at before the first is entered, so that
+/// they come from memory together, and what begins behind `limit()` is passed over.
+template <class Limit, class Visit>
+void WalkSlabs(const BVHNode* root, const rob::DirTemplate<float>& direction, const SlabTest& slabs,
+               const Limit& limit, Visit&& visit) {
+    if (!root || !slabs.entryInto(root->box).isMet) return;
+    NodeStack stack;
+    for (NodeStack::Waiting next{root, 0}; next.node; next = stack.pop()) {
+        if (next.distance > limit()) continue;
+        if (next.node->type == BVHNode::Type::Leaf) {
+            const auto* leaf = static_cast<const BVHLeaf*>(next.node);
+            for (std::uint32_t i = 0; i < leaf->count; ++i) {
+                const SlabTest::Entry entry = slabs.entryInto(leaf->primitives[i]->box);
+                if (!entry.isMet || entry.distance > limit()) continue;
+                if (!visit(leaf->primitives[i])) return;
+            }
+            continue;
+        }
+        const auto* inner = static_cast<const BVHInnerNode*>(next.node);
+        const SlabTest::Entry left = slabs.entryInto(inner->left->box);
+        const SlabTest::Entry right = slabs.entryInto(inner->right->box);
+        const bool isLeftFirst = visual::component(direction, inner->axis) > 0;
+        if (right.isMet && isLeftFirst) stack.push(inner->right, right.distance);
+        if (left.isMet) stack.push(inner->left, left.distance);
+        if (right.isMet && !isLeftFirst) stack.push(inner->right, right.distance);
+    }
+}
+
 /// The candidates of a query, in the order of BVHTree::intersect, one by one: `visit(primitive)`
-/// answers whether to go on.
-template <class Visit>
+/// answers whether to go on. Those that begin behind `limit()`, in lengths of the direction, may be
+/// left out.
+template <class Limit, class Visit>
 void VisitSlabs(const BVHNode* root, const rob::PosTemplate<float>& origin,
                 const rob::DirTemplate<float>& direction, float maxDistance, const auto& query,
-                Visit&& visit) {
-    const auto leftFirst = [&](unsigned axis) { return visual::component(direction, axis) > 0; };
+                const Limit& limit, Visit&& visit) {
     const SlabTest slabs(origin, direction, maxDistance);
-    if (slabs.isDirect()) {
-        WalkNodes(
-            root, [&](const visual::Box& box) { return slabs.meets(box); },
-            [&](const BVHPrimitive& primitive) { return slabs.meets(primitive.box); }, leftFirst,
-            visit);
-        return;
-    }
+    if (slabs.isDirect()) return WalkSlabs(root, direction, slabs, limit, visit);
     WalkNodes(
         root, [&](const visual::Box& box) { return box.intersect(query); },
-        [&](const BVHPrimitive& primitive) { return primitive.box.intersect(query); }, leftFirst,
-        visit);
+        [&](const BVHPrimitive& primitive) { return primitive.box.intersect(query); },
+        [&](unsigned axis) { return visual::component(direction, axis) > 0; }, visit);
 }
+
+constexpr auto noLimit = [] { return std::numeric_limits<float>::infinity(); };
 
 template <class Visit>
 void VisitCandidates(const BVHTree& tree, const visual::Ray& ray, Visit&& visit) {
-    VisitSlabs(tree.root, ray.origin, ray.direction, ray.maxDistance, ray, visit);
+    VisitSlabs(tree.root, ray.origin, ray.direction, ray.maxDistance, ray, noLimit, visit);
+}
+
+/// The same, without some that begin behind `limit()`.
+template <class Limit, class Visit>
+void VisitCandidates(const BVHTree& tree, const visual::Ray& ray, const Limit& limit,
+                     Visit&& visit) {
+    VisitSlabs(tree.root, ray.origin, ray.direction, ray.maxDistance, ray, limit, visit);
 }
 
 /// Throws std::overflow_error for an empty line, unless the tree is empty.
 template <class Visit>
 void VisitCandidates(const BVHTree& tree, const rob::LineTemplate<float>& line, Visit&& visit) {
     if (!tree.root) return;
-    VisitSlabs(tree.root, line.start, line.getDirection(), line.getLength(), line, visit);
+    VisitSlabs(tree.root, line.start, line.getDirection(), line.getLength(), line, noLimit, visit);
 }
 
 template <class Visit>

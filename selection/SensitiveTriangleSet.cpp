@@ -5,7 +5,9 @@
 #include "selection/PoseInverse.h"
 #include "selection/SensitiveTriangle.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace vrn::selection {
 
@@ -74,6 +76,17 @@ Pos Weighted(const Triangle& triangle, const TriangleHit& hit) {
     return {p.x, p.y, p.z};
 }
 
+/// Coordinates up to here, in model units, leave the margin of a box whole.
+constexpr float maxPrunedReach = 1e6f;
+
+/// The largest number that a query adds or takes away.
+float ReachOf(const visual::Ray& ray, const visual::Box& bounds) {
+    const Pos& o = ray.origin;
+    return std::max({std::abs(o.x), std::abs(o.y), std::abs(o.z), std::abs(bounds.min.x),
+                     std::abs(bounds.min.y), std::abs(bounds.min.z), std::abs(bounds.max.x),
+                     std::abs(bounds.max.y), std::abs(bounds.max.z)});
+}
+
 SensitiveTriangle* AsTriangle(BVHPrimitive* primitive) {
     return static_cast<SensitiveTriangle*>(primitive);
 }
@@ -89,16 +102,25 @@ Result SensitiveTriangleSet::intersectTriangles(const visual::Ray& ray) const {
     Result best;
     if (!tree.root) return best;
     const ShearedRay sheared(ray);
-    VisitCandidates(tree, ray, [&](BVHPrimitive* candidate) {
-        const Triangle triangle = getTriangleVertices(AsTriangle(candidate));
-        TriangleHit hit;
-        if (sheared.meets(triangle, hit) && 0 < hit.t && hit.t < best.distance) {
-            best.hit = true;
-            best.distance = hit.t;
-            best.localPosition = Weighted(triangle, hit);
-        }
-        return true;
-    });
+    // The box of a triangle is a unit wider than the triangle: one that begins behind the best hit
+    // holds no nearer one, and far less so with a slack that is above what rounding does. Where a
+    // float tells no unit any more nothing is left out.
+    const float reach = ReachOf(ray, tree.root->box);
+    constexpr float slack = 1e-5f;
+    float limit = std::numeric_limits<float>::infinity();
+    VisitCandidates(
+        tree, ray, [&] { return limit; },
+        [&](BVHPrimitive* candidate) {
+            const Triangle triangle = getTriangleVertices(AsTriangle(candidate));
+            TriangleHit hit;
+            if (sheared.meets(triangle, hit) && 0 < hit.t && hit.t < best.distance) {
+                best.hit = true;
+                best.distance = hit.t;
+                best.localPosition = Weighted(triangle, hit);
+                if (reach < maxPrunedReach) limit = hit.t + slack * (hit.t + reach);
+            }
+            return true;
+        });
     if (best.hit && hasLocation) best.localPosition = TransformPoint(location, best.localPosition);
     best.position = best.localPosition;
     return best;

@@ -3,9 +3,10 @@
 #include "selection/Box.h"
 #include "suite/rob/VectorTypes.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace vrn::selection {
@@ -14,11 +15,17 @@ namespace vrn::selection {
 /// on the ray alone found once. Thread: pure.
 class SlabTest {
 public:
+    /// Where the ray enters a box, if it meets it.
+    struct Entry {
+        bool isMet;
+        float distance;
+    };
+
     SlabTest(const rob::PosTemplate<float>& origin, const rob::DirTemplate<float>& direction,
              float maxDistance)
         : from{origin.x, origin.y, origin.z, 0},
           along{direction.x, direction.y, direction.z, 1},
-          forward{direction.x > 0, direction.y > 0, direction.z > 0},
+          forward{direction.x > 0 ? -1 : 0, direction.y > 0 ? -1 : 0, direction.z > 0 ? -1 : 0, 0},
           farLimit(maxDistance),
           direct(IsDirect(origin, direction, maxDistance)) {}
 
@@ -27,30 +34,27 @@ public:
     [[nodiscard]] bool isDirect() const { return direct; }
 
     /// Only for a direct ray.
-    [[nodiscard]] bool meets(const visual::Box& box) const {
-        std::array<float, 4> low, high;
+    [[nodiscard]] Entry entryInto(const visual::Box& box) const {
         static_assert(offsetof(visual::Box, min) == 0 &&
                       offsetof(visual::Box, max) == 3 * sizeof(float) &&
                       sizeof(visual::Box) >= 7 * sizeof(float));
+        // Four floats from each corner on: the last one is a neighbour, and counts for nothing.
         const auto* bytes = reinterpret_cast<const std::byte*>(&box);
-        std::memcpy(low.data(), bytes, sizeof low);
-        std::memcpy(high.data(), bytes + 3 * sizeof(float), sizeof high);
-        std::array<float, 4> first, second;
-        for (int i = 0; i < 4; ++i) {
-            first[i] = (low[i] - from[i]) / along[i];
-            second[i] = (high[i] - from[i]) / along[i];
-        }
-        float nearLimit = 0.0f, remaining = farLimit;
-        for (int i = 0; i < 3; ++i) {
-            const float entry = forward[i] ? first[i] : second[i];
-            const float exit = forward[i] ? second[i] : first[i];
-            nearLimit = entry > nearLimit ? entry : nearLimit;
-            remaining = exit < remaining ? exit : remaining;
-        }
-        return remaining >= nearLimit;
+        Floats low, high;
+        std::memcpy(&low, bytes, sizeof low);
+        std::memcpy(&high, bytes + 3 * sizeof(float), sizeof high);
+        const Floats entry = ((forward ? low : high) - from) / along;
+        const Floats exit = ((forward ? high : low) - from) / along;
+        const float nearLimit = std::max(std::max(entry[0], entry[1]), std::max(entry[2], 0.0f));
+        const float remaining = std::min(std::min(exit[0], exit[1]), std::min(exit[2], farLimit));
+        return {remaining >= nearLimit, nearLimit};
     }
 
 private:
+    // Vectors of the compiler, on every processor that it knows.
+    using Floats = float __attribute__((vector_size(16)));
+    using Ints = std::int32_t __attribute__((vector_size(16)));
+
     static bool IsDirect(const rob::PosTemplate<float>& o, const rob::DirTemplate<float>& d,
                          float maxDistance) {
         constexpr float parallelLimit = 0.001f;
@@ -61,8 +65,8 @@ private:
                isSteep(d.y) && isSteep(d.z) && !std::isnan(maxDistance);
     }
 
-    std::array<float, 4> from, along;
-    std::array<bool, 3> forward;
+    Floats from, along;
+    Ints forward;  ///< all bits where the direction is positive
     float farLimit;
     bool direct;
 };

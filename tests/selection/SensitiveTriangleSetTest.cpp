@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <random>
 
 #include "mesh/Mesh.h"
@@ -173,6 +174,37 @@ TEST(SensitiveTriangleSet, RaysAgreeWithDoublePrecisionAwayFromTheEdges) {
     }
     EXPECT_GT(hits, 1000);
     EXPECT_GT(misses, 1000);
+}
+
+TEST(SensitiveTriangleSet, AmongManyTrianglesTheAnswerIsThatOfAskingEachAlone) {
+    std::mt19937 random(13);
+    for (const float spread : {30.0f, 3000.0f, 2e6f}) {
+        std::uniform_real_distribution<float> place(-spread, spread), side(-spread / 4, spread / 4);
+        std::vector<Triangle> triangles;
+        std::vector<std::unique_ptr<PlainSet>> alone;
+        for (int i = 0; i < 400; ++i) {
+            const Pos p{place(random), place(random), place(random)};
+            const auto beside = [&] {
+                return Pos{p.x + side(random), p.y + side(random), p.z + side(random)};
+            };
+            triangles.push_back({p, beside(), beside()});
+            alone.push_back(std::make_unique<PlainSet>(std::vector{triangles.back()}));
+        }
+        const PlainSet all(triangles);
+        for (int i = 0; i < 500; ++i) {
+            const Ray ray{{place(random), place(random), place(random)},
+                          {side(random) / spread, i % 3 ? side(random) / spread : 0.002f, 1}};
+            Result nearest;
+            for (const auto& one : alone) {
+                const Result result = one->intersectTriangles(ray);
+                if (result.hit && result.distance < nearest.distance) nearest = result;
+            }
+            const Result found = all.intersectTriangles(ray);
+            ASSERT_EQ(found.hit, nearest.hit);
+            ASSERT_EQ(found.distance, nearest.distance);
+            ASSERT_EQ(found.position, nearest.position);
+        }
+    }
 }
 
 // --- triangles and lines at triangles
