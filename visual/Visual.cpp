@@ -80,6 +80,15 @@ void ApplyMaterial(Ogre::MovableObject* object, const Ogre::MaterialPtr& materia
     }
 }
 
+// Ogre lets the nodes below know of a move at the next frame only. Their places in the world are
+// read before that: picking takes them once, after the move and before the frame.
+void NoteParentMoved(const Ogre::Node& node) {
+    for (Ogre::Node* child : node.getChildren()) {
+        child->needUpdate();
+        NoteParentMoved(*child);
+    }
+}
+
 }  // namespace
 
 Visual::Visual(Scene* scene)
@@ -289,6 +298,7 @@ void Visual::checkMovable(bool finite) const {
 
 void Visual::markDirty() {
     checkMovable(/*finite=*/true);
+    NoteParentMoved(*node);
     selection::gVisSelection->markDirty(this);
 }
 

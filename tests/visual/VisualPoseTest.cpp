@@ -19,6 +19,7 @@ namespace {
 using Pos = rob::PosTemplate<float>;
 using Rotation = rob::RotationTemplate<float>;
 using Pose = rob::PoseTemplate<float>;
+using Vec = rob::Vec3Template<float>;
 using visual::Visual;
 
 constexpr float nan = std::numeric_limits<float>::quiet_NaN();
@@ -181,6 +182,25 @@ TEST_P(VisualMoves, MarksNothingWhereNothingIsRegistered) {
     EXPECT_FALSE(selection::VisualSelection::Get()->dirty);
 }
 
+TEST_P(VisualMoves, WhatHangsBelowIsKnownToHaveMovedBeforeTheNextFrame) {
+    auto* parent = new Visual("parent", scene().root);
+    parent->setPose({{100, 0, 0}, quarterAboutZ});
+    auto* visual = new Visual("visual", parent);
+    auto* child = new Visual("child", visual);
+    auto* grandchild = new Visual("grandchild", child);
+    child->setPosition(10, 0, 0);
+    grandchild->setPosition(0, 20, 0);
+    visual->setPose({{7, 7, 7}, Rotation(1.0f, Vec{1, 0, 0})});
+    frame();
+    static_cast<void>(grandchild->getWorldPose());  // now the engine holds it
+    GetParam().move(*visual);
+    const Pose place = visual->getWorldPose(), below = grandchild->getWorldPose();
+    ExpectNear(below.position, rob::TransformPoint(place, Pos{10, 20, 0}));
+    EXPECT_TRUE(below.rotation.isApprox(place.rotation));
+    frame();
+    ExpectNear(grandchild->getWorldPosition(), below.position);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Setters, VisualMoves,
     testing::Values(Mover{"SetPosition", [](Visual& v) { v.setPosition({1, 2, 3}); }},
@@ -191,6 +211,32 @@ INSTANTIATE_TEST_SUITE_P(
                     Mover{"SetPose", [](Visual& v) { v.setPose({}); }},
                     Mover{"SetWorldPose", [](Visual& v) { v.setWorldPose({}); }}),
     [](const auto& row) { return row.param.name; });
+
+TEST_F(VisualPose, WhatMovesWithItsParentIsPickedAtItsNewPlace) {
+    Visual* part = showBoxPart("pickable");
+    lookFrom({10, 20, 400}, {10, 20, 0});
+    frame();
+    const auto pickMiddle = [] {
+        return selection::VisualSelection::Get()->select(windowWidth / 2.0f, windowHeight / 2.0f);
+    };
+    ASSERT_NEAR(pickMiddle().position.z, 50, 0.01f);
+    part->setPosition(0, 0, 30);
+    selection::VisualSelection::Get()->update();
+    EXPECT_NEAR(pickMiddle().position.z, 80, 0.01f);
+    frame();
+    EXPECT_NEAR(pickMiddle().position.z, 80, 0.01f);
+}
+
+TEST_F(VisualPose, WhatHangsElsewhereIsKnownThereWithAllBelow) {
+    auto* child = new Visual("child", visual);
+    frame();
+    static_cast<void>(child->getWorldPose());
+    auto* other = new Visual("other", scene().root);
+    other->setPosition(0, 0, 500);
+    other->attachVisual(visual);
+    ExpectNear(child->getWorldPosition(), visual->getWorldPosition());
+    ExpectNear(child->getWorldPosition(), {0, 0, 500});
+}
 
 TEST_F(VisualPose, ScalingMarksNothing) {
     Visual* part = showBoxPart("pickable");
