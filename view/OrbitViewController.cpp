@@ -5,6 +5,7 @@
 
 #include "engine/Scene.h"
 #include "selection/Ray.h"
+#include "selection/VisualSelection.h"
 #include "suite/broker/SignalBroker.h"
 #include "view/Camera.h"
 
@@ -45,8 +46,18 @@ OrbitViewController::ViewRay OrbitViewController::rayAt(float x, float y) const 
     return {ray.origin, direction, up, -VerticalPart(ray.origin.asVec3()) / up};
 }
 
+bool OrbitViewController::pickPivot(float x, float y) {
+    auto* const selection = selection::VisualSelection::Get();
+    if (selection == nullptr) return false;
+    selection::Result found = selection->select(x, y);
+    if (!found.hit) found = selection->selectPointInCloud(x, y);
+    if (found.hit) pivot = found.position;
+    return found.hit;
+}
+
 void OrbitViewController::startRotating(float x, float y) {
     const ViewRay ray = rayAt(x, y);
+    if (pickPivot(x, y)) return;
     const float t = ray.up >= -steepEnough ? rotateDistance : ray.groundParam;
     pivot = ray.origin + ray.direction * t;
 }
@@ -70,8 +81,11 @@ void OrbitViewController::orbit(float yaw, float pitch) {
 
 void OrbitViewController::zoom(float x, float y, float /*a*/, float delta) {
     const ViewRay ray = rayAt(x, y);
-    const bool meetsGround = std::abs(ray.up) > steepEnough && ray.groundParam > 0.0f;
-    pivot = ray.origin + ray.direction * (meetsGround ? ray.groundParam : zoomDistance);
+    const bool picked = pickPivot(x, y);
+    if (!picked) {
+        const bool meetsGround = std::abs(ray.up) > steepEnough && ray.groundParam > 0.0f;
+        pivot = ray.origin + ray.direction * (meetsGround ? ray.groundParam : zoomDistance);
+    }
 
     const Pos position = camera->getWorldPosition();
     const Vec towards = pivot - position;
@@ -80,14 +94,21 @@ void OrbitViewController::zoom(float x, float y, float /*a*/, float delta) {
     const float step =
         std::max(-zoomMaxStep, std::min(base * 0.01f * distance / 5.0f, zoomMaxStep));
     float newDistance = distance - step;
-    if (newDistance < zoomMinDistance && step > 0.0f) newDistance = zoomMinDistance;
+    // On the pivot itself a step has no length, and yet the wheel asks to come closer.
+    const bool closer = step > 0.0f || (delta > 0.0f && distance == 0.0f);
+    if (newDistance < zoomMinDistance && closer) {
+        if (picked) return;  // the camera does not go through the surface under the cursor
+        newDistance = zoomMinDistance;
+    }
     camera->setWorldPosition(pivot - towards.normalized() * newDistance);
 }
 
 void OrbitViewController::translateScene(float x, float y, float dx, float dy) {
     const ViewRay ray = rayAt(x, y);
-    const bool nearlyLevel = ray.up >= -steepEnough && ray.up < steepEnough;
-    pivot = nearlyLevel ? Pos{} : ray.origin + ray.direction * ray.groundParam;
+    if (!pickPivot(x, y)) {
+        const bool nearlyLevel = ray.up >= -steepEnough && ray.up < steepEnough;
+        pivot = nearlyLevel ? Pos{} : ray.origin + ray.direction * ray.groundParam;
+    }
 
     const Pos position = camera->getWorldPosition();
     const float distance = std::max(leastPanDistance, (pivot - position).length());

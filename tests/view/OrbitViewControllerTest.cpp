@@ -1,13 +1,20 @@
 #include "view/OrbitViewController.h"
 
 #include <cmath>
+#include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "selection/VisualSelection.h"
 #include "suite/broker/SignalBroker.h"
+#include "suite/layout/PointCloud.h"
 #include "tests/support/EngineFixture.h"
 #include "view/Camera.h"
+#include "visual/geometry/PointVisual.h"
+#include "visual/Visual.h"
 
 namespace vrn::test {
 
@@ -320,6 +327,204 @@ TEST_F(OrbitViewController, PanningBackAndForthReturns) {
     EXPECT_NE(position(), before);
     controller().translateScene(200, 100, -33, 44);
     ExpectNear(position(), before, 0.05f);
+}
+
+// --- gestures on what is under the cursor
+
+/// A box of 100 round the world origin, shown and ready to be picked. The two triangles of a side
+/// meet on its diagonal, where a ray hits neither: no test aims there.
+class OrbitViewControllerOnABox : public OrbitViewController {
+protected:
+    void SetUp() override {
+        OrbitViewController::SetUp();
+        box = showBoxPart("box");
+        lookFrom({400, -600, 350}, {0, 0, 0});
+    }
+    void showCloud(std::vector<Pos> points) {
+        scene().addPointCloud(model.make<layout::PointCloud>("scan", std::move(points)));
+        pump();
+    }
+    static void startRotatingAt(const Pos& world) {
+        const auto pixel = project(world);
+        controller().startRotating(pixel.x, pixel.y);
+    }
+    static void zoomAt(const Pos& world, float delta) {
+        const auto pixel = project(world);
+        controller().zoom(pixel.x, pixel.y, 0, delta);
+    }
+    static void panAt(const Pos& world, float dx, float dy) {
+        const auto pixel = project(world);
+        controller().translateScene(pixel.x, pixel.y, dx, dy);
+    }
+    static float panFactor() { return 0.2f * std::tan(Camera::Get()->getHFOV() / 2); }
+
+    visual::Visual* box = nullptr;
+};
+
+TEST_F(OrbitViewControllerOnABox, TurnsAboutTheSurfaceUnderTheCursor) {
+    for (const Pos& surface : {Pos{20, 10, 50}, Pos{-30, -50, 15}, Pos{50, 35, -40}}) {
+        lookFrom({400, -600, 350}, {0, 0, 0});
+        startRotatingAt(surface);
+        expectPivot(surface, 0.1f);
+    }
+}
+
+TEST_F(OrbitViewControllerOnABox, TurnsAboutTheGroundBesideTheSurface) {
+    startRotatingAt({120, -80, 0});
+    expectPivot({120, -80, 0}, 0.1f);
+}
+
+TEST_F(OrbitViewControllerOnABox, APickedPivotStaysOnItsPixelThroughADrag) {
+    const Pos surface{-30, -50, 15};
+    const auto before = project(surface);
+    controller().startRotating(before.x, before.y);
+    for (int i = 0; i < 40; ++i) {
+        controller().rotateScene(7, -3);
+        pump();
+        const auto after = project(surface);
+        ASSERT_NEAR(after.x, before.x, 0.2f);
+        ASSERT_NEAR(after.y, before.y, 0.2f);
+    }
+}
+
+TEST_F(OrbitViewControllerOnABox, ALevelRayThatHitsTurnsAboutTheSurface) {
+    lookFrom({0, -400, 20}, {0, 0, 20});
+    controller().startRotating(middleX, middleY);
+    expectPivot({0, -50, 20}, 0.05f);
+}
+
+TEST_F(OrbitViewControllerOnABox, WithoutASurfaceAPointOfACloudIsThePivot) {
+    showCloud({{200, 100, 80}, {-150, 0, 120}});
+    startRotatingAt({200, 100, 80});
+    expectPivot({200, 100, 80}, 0.1f);
+    lookFrom({400, -600, 350}, {0, 0, 0});
+    const float distance = (Pos{-150, 0, 120} - position()).length();
+    zoomAt({-150, 0, 120}, 1);
+    EXPECT_NEAR((Pos{-150, 0, 120} - position()).length(), distance * 0.84f, 0.1f);
+    lookFrom({0, 0, 1120}, {-150, 0, 120});
+    const Pos before = position();
+    panAt({-150, 0, 120}, 64, 0);
+    EXPECT_NEAR((position() - before).length(), panFactor() * (Pos{-150, 0, 120} - before).length(),
+                0.2f);
+}
+
+TEST_F(OrbitViewControllerOnABox, ASurfaceComesBeforeANearerPointOfACloud) {
+    lookFrom({10, 20, 400}, {10, 20, 0});
+    showCloud({{10, 20, 200}});
+    controller().startRotating(middleX, middleY);
+    expectPivot({10, 20, 50}, 0.05f);
+}
+
+TEST_F(OrbitViewControllerOnABox, BeforeTheSelectionIsUpToDateTheGroundIsThePivot) {
+    lookFrom({0, 0, 400}, {20, 30, 0});
+    box->setPosition(0, 0, 10);
+    ASSERT_TRUE(selection::VisualSelection::Get()->dirty);
+    controller().startRotating(middleX, middleY);
+    expectPivot({20, 30, 0}, 0.05f);
+    selection::VisualSelection::Get()->update();
+    lookFrom({10, 20, 400}, {10, 20, 0});
+    controller().startRotating(middleX, middleY);
+    expectPivot({10, 20, 60}, 0.05f);
+}
+
+TEST_F(OrbitViewControllerOnABox, WhatIsGoneIsNoPivot) {
+    scene().deleteVisual(box);
+    pump();
+    lookFrom({10, 20, 400}, {10, 20, 0});
+    controller().startRotating(middleX, middleY);
+    expectPivot({10, 20, 0}, 0.05f);
+}
+
+TEST_F(OrbitViewControllerOnABox, ZoomGoesTowardsTheSurfaceUnderTheCursor) {
+    const Pos surface{50, 35, -40};
+    const auto before = project(surface);
+    const float distance = (surface - position()).length();
+    controller().zoom(before.x, before.y, 0, 1);
+    EXPECT_NEAR((surface - position()).length(), distance * 0.84f, 0.1f);
+    EXPECT_NEAR(project(surface).x, before.x, 0.1f);
+    EXPECT_NEAR(project(surface).y, before.y, 0.1f);
+    zoomAt(surface, -1);
+    EXPECT_NEAR((surface - position()).length(), distance * 0.84f * 1.16f, 0.1f);
+}
+
+TEST_F(OrbitViewControllerOnABox, ZoomEndsInFrontOfTheSurfaceHoweverOften) {
+    lookFrom({10, 20, 600}, {10, 20, 0});
+    for (int i = 0; i < 60; ++i) controller().zoom(middleX, middleY, 0, 1);
+    const float distance = position().z - 50;
+    EXPECT_GE(distance, 10.0f);
+    EXPECT_LT(distance * 0.84f, 10.0f);
+}
+
+TEST_F(OrbitViewControllerOnABox, ZoomOnASurfaceCloserThanTheLeastDistanceDoesNotMove) {
+    ASSERT_EQ(scene().settings.zoomMinDistance, 10.0f);
+    for (const float gap : {2.0f, 5.0f, 9.9f, 11.9f}) {  // the last would come to 9.996
+        lookFrom({10, 20, 50 + gap}, {10, 20, 0});
+        const Pos before = position();
+        int moves = 0;
+        const auto subscription = SignalBroker::onCameraMoved([&] { ++moves; });
+        controller().zoom(middleX, middleY, 0, 1);
+        EXPECT_EQ(moves, 0);
+        EXPECT_EQ(position(), before);
+    }
+    lookFrom({10, 20, 62}, {10, 20, 0});
+    controller().zoom(middleX, middleY, 0, 1);
+    EXPECT_NEAR(position().z, 60.08f, 1e-3f);
+}
+
+TEST_F(OrbitViewControllerOnABox, ZoomAwayFromACloseSurfaceMoves) {
+    lookFrom({10, 20, 55}, {10, 20, 0});
+    controller().zoom(middleX, middleY, 0, -1);
+    EXPECT_NEAR(position().z, 55.8f, 1e-3f);
+}
+
+TEST_F(OrbitViewControllerOnABox, AZoomStepTowardsAFarSurfaceNeverExceedsTheLargest) {
+    lookFrom({10, 20, 60050}, {10, 20, 0});
+    controller().zoom(middleX, middleY, 0, 1);
+    EXPECT_NEAR(position().z, 55050, 0.1f);
+    controller().zoom(middleX, middleY, 0, -1);
+    EXPECT_NEAR(position().z, 60050, 0.1f);
+}
+
+TEST_F(OrbitViewControllerOnABox, OnItsPivotTheCameraStaysOrCannotTellWhereAwayIs) {
+    // Points are hit in front of the near plane and a little behind it: the camera can stand on
+    // one.
+    const Pos point{300, 300, 300};
+    selection::VisualSelection::Get()->addPointVisual(
+        visual::PointVisual::Build(scene().root, point), /*detectable=*/false);
+    lookFrom(point, {300, 300, 900});
+    pump();
+    ASSERT_EQ(selection::VisualSelection::Get()->select(middleX, middleY).position, point);
+    EXPECT_NO_THROW(controller().zoom(middleX, middleY, 0, 1));
+    EXPECT_EQ(position(), point);
+    EXPECT_THROW(controller().zoom(middleX, middleY, 0, -1), std::overflow_error);
+    EXPECT_EQ(position(), point);
+}
+
+TEST_F(OrbitViewControllerOnABox, PanningKeepsThePointOfTheSurfaceUnderTheCursor) {
+    const Pos surface{10, 20, 50};
+    lookFrom({400, -600, 350}, surface);
+    controller().translateScene(middleX, middleY, 50, -30);
+    EXPECT_NEAR(project(surface).x, middleX + 50, 0.1f);
+    EXPECT_NEAR(project(surface).y, middleY - 30, 0.1f);
+}
+
+TEST_F(OrbitViewControllerOnABox, PanningOnASurfaceAtDistanceOneMovesAsAtDistanceTen) {
+    Camera::Get()->setClipDist(0.25f, 100000.0f);
+    lookFrom({10, 20, 51}, {10, 20, 0});
+    controller().translateScene(middleX, middleY, 64, 0);
+    Camera::Get()->setClipDist(nearClip, 100000.0f);
+    EXPECT_NEAR(position().x, 10 - 10 * panFactor(), 1e-3f);
+}
+
+TEST_F(OrbitViewControllerOnABox, PostedGesturesHoldOnToTheSurface) {
+    const Pos surface{-30, -50, 15};
+    const auto before = project(surface);
+    Camera::Get()->startRotating(before.x, before.y);
+    Camera::Get()->rotateScene(60, 25);
+    pump();
+    EXPECT_NEAR(project(surface).x, before.x, 0.2f);
+    EXPECT_NEAR(project(surface).y, before.y, 0.2f);
+    expectPivot(surface, 0.1f);
 }
 
 }  // namespace vrn::test
