@@ -1,14 +1,20 @@
 #include "apps/vrnview/Commands.h"
 
+#include <filesystem>
 #include <format>
 #include <iostream>
 #include <string_view>
 #include <vector>
 
+#include "apps/vrnview/Drive.h"
+#include "apps/vrnview/DriveScript.h"
+#include "apps/vrnview/Picking.h"
 #include "apps/vrnview/readers/OcctGuard.h"
 #include "apps/vrnview/Report.h"
 #include "apps/vrnview/TempFolder.h"
 #include "apps/vrnview/Viewer.h"
+#include "apps/vrnview/ViewTarget.h"
+#include "engine/Scene.h"
 #include "examples/cell/Cell.h"
 #include "examples/cell/CellWriter.h"
 
@@ -92,6 +98,56 @@ int RunInfo(const Options& options) {
     return known ? StatusOf(inputs) : 1;
 }
 
+/// A line for each question, as it is answered.
+template <class Found>
+void Print(const Found& found, bool json) {
+    std::cout << (json ? JsonOf(found.report) : TextOf(found.report));
+}
+
+int RunPick(const Options& options) {
+    Viewer viewer;
+    viewer.setJoints(options.joints);
+    const std::vector<InputReport> inputs = OpenAll(viewer, PlainInputs(options));
+    const bool known = NamesAreKnown(viewer, options);
+    const auto view = viewer.openView(options.widthPx, options.heightPx, options.looks);
+    std::vector<Picked> picks;
+    for (const PickRequest::Pixel& pixel : options.pick.at) {
+        picks.push_back(PickAt(pixel.x, pixel.y));
+        Print(picks.back(), options.json);
+    }
+    std::vector<PickedArea> areas;
+    if (const auto& box = options.pick.box) {
+        areas.push_back(PickBox(box->first.x, box->first.y, box->second.x, box->second.y));
+        Print(areas.back(), options.json);
+    }
+    if (!options.pick.lasso.empty()) {
+        areas.push_back(PickLasso(options.pick.lasso));
+        Print(areas.back(), options.json);
+    }
+    if (options.pick.picture) {
+        Mark(picks, areas);
+        // What the first batch posts runs in the second.
+        for (int batch = 0; batch < 2; ++batch) visual::Scene::Get()->processMsgs();
+        view->takePicture().savePng(*options.pick.picture);
+    }
+    return known ? StatusOf(inputs) : 1;
+}
+
+int RunDrive(const Options& options) {
+    // A mistake in the script shows before anything is read or written.
+    const std::vector<DriveLine> lines = ReadDriveScript(options.script);
+    Viewer viewer;
+    viewer.setJoints(options.joints);
+    const std::vector<InputReport> inputs = OpenAll(viewer, PlainInputs(options));
+    const bool known = NamesAreKnown(viewer, options);
+    std::filesystem::create_directories(options.output);
+    const auto view = viewer.openView(options.widthPx, options.heightPx, options.looks);
+    DriveStage stage{viewer, *view, options.output,
+                     [](const std::string& answer) { std::cout << answer << std::flush; }};
+    Drive(lines, options.script.string(), stage);
+    return known ? StatusOf(inputs) : 1;
+}
+
 }  // namespace
 
 int RunCommand(const Options& options) {
@@ -102,6 +158,10 @@ int RunCommand(const Options& options) {
             return RenderInputs(options, PlainInputs(options));
         case Options::Command::Info:
             return RunInfo(options);
+        case Options::Command::Pick:
+            return RunPick(options);
+        case Options::Command::Drive:
+            return RunDrive(options);
     }
     return usageError;
 }

@@ -110,6 +110,24 @@ void ReadJoint(const std::string& text, Options& options) {
     options.joints.push_back({text.substr(0, equals), *value});
 }
 
+PickRequest::Pixel PixelOf(const std::string& option, const std::string& text) {
+    const auto n = NumbersOf(text, 2);
+    // Far outside of any picture is as good as farther.
+    constexpr double limit = 1e6;
+    if (!n || std::ranges::any_of(*n, [](double v) { return std::abs(v) > limit; }))
+        throw CLI::ValidationError(option, std::format("'{}' is not X,Y in pixels", text));
+    return {static_cast<float>((*n)[0]), static_cast<float>((*n)[1]), 0};
+}
+
+void ReadBox(const std::string& text, Options& options) {
+    std::size_t comma = text.find(',');
+    if (comma != std::string::npos) comma = text.find(',', comma + 1);
+    if (comma == std::string::npos || !NumbersOf(text, 4))
+        throw CLI::ValidationError("--box", std::format("'{}' is not x0,y0,x1,y1", text));
+    options.pick.box = {PixelOf("--box", text.substr(0, comma)),
+                        PixelOf("--box", text.substr(comma + 1))};
+}
+
 void AddJointOption(CLI::App& command, Options& options) {
     command
         .add_option_function<std::vector<std::string>>(
@@ -162,6 +180,42 @@ void AddPictureOptions(CLI::App& command, Options& options) {
     AddLookOptions(command, options);
 }
 
+void AddPickOptions(CLI::App& command, Options& options) {
+    PickRequest& pick = options.pick;
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--at",
+            [&pick](const std::vector<std::string>& texts) {
+                for (const std::string& text : texts) pick.at.push_back(PixelOf("--at", text));
+            },
+            "what lies under a pixel (repeatable)")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->type_name("X,Y");
+    command
+        .add_option_function<std::string>(
+            "--box", [&options](const std::string& text) { ReadBox(text, options); },
+            "what lies under a rectangle between two corners")
+        ->type_name("x0,y0,x1,y1");
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--lasso",
+            [&pick](const std::vector<std::string>& texts) {
+                for (const std::string& text : texts)
+                    pick.lasso.push_back(PixelOf("--lasso", text));
+            },
+            "what lies inside a polygon of three or more corners")
+        ->expected(3, CLI::detail::expected_max_vector_size)
+        ->type_name("x,y");
+    command.add_option("--picture", pick.picture, "show what was found in a picture")
+        ->type_name("FILE.png");
+    command.add_flag("--json", options.json, "a line of JSON for each question");
+    command.callback([&pick] {
+        if (pick.at.empty() && !pick.box && pick.lasso.empty())
+            throw CLI::RequiredError("--at, --box or --lasso");
+    });
+}
+
 }  // namespace
 
 const std::vector<std::string_view>& DisplayModeNames() {
@@ -194,6 +248,21 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     info->add_flag("--json", options.json, "as JSON");
     AddJointOption(*info, options);
 
+    CLI::App* pick = app.add_subcommand("pick", "tell what lies under pixels of the picture");
+    pick->add_option("inputs", options.inputs, inputsText)->required()->type_name("INPUT");
+    AddPickOptions(*pick, options);
+    AddPictureOptions(*pick, options);
+
+    CLI::App* drive = app.add_subcommand("drive", "replay a script of gestures and clicks");
+    drive->add_option("inputs", options.inputs, inputsText)->required()->type_name("INPUT");
+    drive->add_option("--script", options.script, "a JSON object a line, see docs/driving.md")
+        ->required()
+        ->type_name("FILE");
+    drive->add_option("-o,--output", options.output, "the folder for the pictures")
+        ->required()
+        ->type_name("DIR");
+    AddPictureOptions(*drive, options);
+
     try {
         // The library takes the arguments from the last to the first.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
@@ -204,7 +273,9 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     }
     options.command = demo->parsed()     ? Options::Command::Demo
                       : render->parsed() ? Options::Command::Render
-                                         : Options::Command::Info;
+                      : info->parsed()   ? Options::Command::Info
+                      : pick->parsed()   ? Options::Command::Pick
+                                         : Options::Command::Drive;
     return {.options = options, .end = {}};
 }
 

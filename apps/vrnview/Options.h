@@ -3,25 +3,40 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/vrnview/Looks.h"
+#include "suite/rob/VectorTypes.h"
 
 namespace vrn::host {
 
+/// What to ask the selection, in pixels of the picture from its upper left corner. One question at
+/// least.
+struct PickRequest {
+    using Pixel = rob::PosTemplate<float>;  ///< z is 0
+
+    std::vector<Pixel> at;
+    std::optional<std::pair<Pixel, Pixel>> box;  ///< two opposite corners
+    std::vector<Pixel> lasso;                    ///< empty for none, else three corners at least
+    std::optional<std::filesystem::path> picture;
+};
+
 /// The command line, read and checked.
 struct Options {
-    enum class Command { Demo, Render, Info };
+    enum class Command { Demo, Render, Info, Pick, Drive };
 
     Command command = Command::Demo;
     std::vector<std::filesystem::path> inputs;
-    std::filesystem::path output = "demo.png";
+    std::filesystem::path output = "demo.png";        ///< of drive: the folder for its pictures
     std::optional<std::filesystem::path> saveFolder;  ///< where demo keeps the files that it makes
     int widthPx = 1280;
     int heightPx = 720;
     Looks looks;
     std::vector<JointValue> joints;
     bool json = false;
+    PickRequest pick;
+    std::filesystem::path script;  ///< that drive replays
 };
 
 /// What to do instead of running: print `text` and end with `status`.

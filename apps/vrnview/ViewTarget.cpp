@@ -101,22 +101,36 @@ double ViewTarget::getAspect() const {
     return static_cast<double>(target->getWidth()) / target->getHeight();
 }
 
-headless::Picture ViewTarget::takePicture(const CameraPlacement& placement) {
+void ViewTarget::place(const CameraPlacement& placement) {
     visual::Camera* const camera = visual::Camera::Get();
     camera->setClipDist(static_cast<float>(placement.nearClip),
                         static_cast<float>(placement.farClip));
     camera->setWorldPosition(rob::PosTemplate<float>(placement.pose.position));
+    camera->setWorldRotation(rob::RotationTemplate<float>(placement.pose.rotation));
+}
+
+headless::Picture ViewTarget::takePicture(const CameraPlacement& placement) {
+    place(placement);
+    return averageOver(placement.pose.rotation);
+}
+
+headless::Picture ViewTarget::takePicture() {
+    return averageOver(rob::RotationTemplate<double>(visual::Camera::Get()->getWorldRotation()));
+}
+
+headless::Picture ViewTarget::averageOver(const rob::RotationTemplate<double>& rotation) {
+    visual::Camera* const camera = visual::Camera::Get();
     const double radPerPixel = 2.0 * std::tan(camera->getHFOV() / 2.0) / target->getWidth();
     const int frameCount = FrameCount(*target);
     Average average;
     for (int i = 1; i <= frameCount; ++i) {
         const double dx = Halton(i, 2) - 0.5, dy = Halton(i, 3) - 0.5;
-        camera->setWorldRotation(Nudged(placement.pose.rotation, dx, dy, radPerPixel));
+        camera->setWorldRotation(Nudged(rotation, dx, dy, radPerPixel));
         selection::VisualSelection::Get()->update();
         visual::gRenderEngine->root->renderOneFrame();
         average.add(headless::Picture::readBack(*target));
     }
-    camera->setWorldRotation(rob::RotationTemplate<float>(placement.pose.rotation));
+    camera->setWorldRotation(rob::RotationTemplate<float>(rotation));
     return average.result(static_cast<int>(target->getWidth()),
                           static_cast<int>(target->getHeight()));
 }

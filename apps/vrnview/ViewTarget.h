@@ -26,8 +26,14 @@ public:
     [[nodiscard]] double getAspect() const;
     /// Runs frames and returns what the camera sees from `placement`.
     [[nodiscard]] headless::Picture takePicture(const CameraPlacement& placement);
+    /// The same from where the camera stands.
+    [[nodiscard]] headless::Picture takePicture();
+    /// Lets the camera stand there.
+    static void place(const CameraPlacement& placement);
 
 private:
+    [[nodiscard]] headless::Picture averageOver(const rob::RotationTemplate<double>& rotation);
+
     Ogre::TexturePtr texture;
     Ogre::RenderTarget* target = nullptr;  ///< of the texture
 };

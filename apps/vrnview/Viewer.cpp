@@ -48,8 +48,6 @@ void Paint(const Content& content, const std::string& colour) {
             geometry::BodyColorTool::SetBodyColor(body->element, colour);
 }
 
-Bounds GridBounds() { return {{-gridHalf, -gridHalf, 0}, {gridHalf, gridHalf, 0}}; }
-
 }  // namespace
 
 Viewer::Viewer() {
@@ -151,8 +149,8 @@ CameraPlacement Viewer::placeCamera(const Looks& looks, double aspect) const {
             if (!spot) spot = content.camera;
     const FieldOfView fov{visual::Camera::Get()->getHFOV(), aspect};
     const CameraPlacement placement =
-        spot ? LookFrom(*spot, outline, GridBounds())
-             : FramePoints(outline, GridBounds(), looks.view.value_or(StandardView::Iso), fov);
+        spot ? LookFrom(*spot, outline, furnitureBounds())
+             : FramePoints(outline, furnitureBounds(), looks.view.value_or(StandardView::Iso), fov);
     return looks.foundView ? findCamera(*looks.foundView, placement, outline) : placement;
 }
 
@@ -174,7 +172,7 @@ CameraPlacement Viewer::findCamera(const FoundView& view, const CameraPlacement&
         pose = scene.getViewAllPose();
     }
     const double depth = pose.position.asVec3().length();
-    return StandAt(rob::PoseTemplate<double>(pose), depth, outline, GridBounds());
+    return StandAt(rob::PoseTemplate<double>(pose), depth, outline, furnitureBounds());
 }
 
 headless::Picture Viewer::takePicture(int widthPx, int heightPx, const Looks& looks) {
@@ -184,6 +182,16 @@ headless::Picture Viewer::takePicture(int widthPx, int heightPx, const Looks& lo
     apply(looks);
     return target.takePicture(placeCamera(looks, target.getAspect()));
 }
+
+std::unique_ptr<ViewTarget> Viewer::openView(int widthPx, int heightPx, const Looks& looks) {
+    scaleFurniture(BoundsOf(*visual::Scene::Get()->root));
+    auto target = std::make_unique<ViewTarget>(widthPx, heightPx);
+    apply(looks);
+    ViewTarget::place(placeCamera(looks, target->getAspect()));
+    return target;
+}
+
+Bounds Viewer::furnitureBounds() { return {{-gridHalf, -gridHalf, 0}, {gridHalf, gridHalf, 0}}; }
 
 bool Viewer::hasFrames() const {
     const auto anyHolds = [](const auto& objects) {

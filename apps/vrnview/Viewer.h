@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -15,6 +16,8 @@
 #include "apps/vrnview/SceneReport.h"
 
 namespace vrn::host {
+
+class ViewTarget;
 
 /// The library at work: a display, the engine, and a scene that inputs are added to.
 ///
@@ -47,6 +50,13 @@ public:
     /// The scene with these looks, which stay; names of no object are passed over. See ViewTarget
     /// for how it is rendered.
     [[nodiscard]] headless::Picture takePicture(int widthPx, int heightPx, const Looks& looks);
+
+    /// A view of the scene with these looks, as takePicture would show it, for the camera to move
+    /// in and for questions to the selection. The viewer must outlive it.
+    [[nodiscard]] std::unique_ptr<ViewTarget> openView(int widthPx, int heightPx,
+                                                       const Looks& looks);
+    /// What is drawn beside the inputs: the grid. Thread: pure.
+    [[nodiscard]] static Bounds furnitureBounds();
 
     /// The scene as it stands; `inputs` is left empty.
     [[nodiscard]] SceneReport report() const;
