@@ -1,0 +1,142 @@
+#include "apps/vrnview/DriveScript.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "apps/vrnview/TempFolder.h"
+#include "tests/apps/TestFiles.h"
+
+namespace vrn::test {
+namespace {
+
+using host::DriveLine;
+using host::ParseDriveScript;
+using testing::ElementsAre;
+
+DriveLine Only(const std::string& text) {
+    const std::vector<DriveLine> lines = ParseDriveScript(text, "s");
+    EXPECT_EQ(lines.size(), 1u);
+    return lines.at(0);
+}
+
+/// The message of a refusal; empty if the script is taken.
+std::string Refusal(const std::string& text) {
+    try {
+        (void)ParseDriveScript(text, "s");
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+    return {};
+}
+
+TEST(DriveScript, GesturesAreReadKeyByKey) {
+    const auto press = std::get<host::drive::Press>(Only(R"({"y":2.5,"do":"press","x":1})").action);
+    EXPECT_EQ(press.x, 1);
+    EXPECT_EQ(press.y, 2.5f);
+    const auto drag = std::get<host::drive::Drag>(Only(R"({"do":"drag","dx":-1,"dy":2})").action);
+    EXPECT_EQ(drag.dx, -1);
+    EXPECT_EQ(drag.dy, 2);
+    const auto pan =
+        std::get<host::drive::Pan>(Only(R"({"do":"pan","x":1,"y":2,"dx":3,"dy":4})").action);
+    EXPECT_EQ(pan.x, 1);
+    EXPECT_EQ(pan.y, 2);
+    EXPECT_EQ(pan.dx, 3);
+    EXPECT_EQ(pan.dy, 4);
+    const auto wheel =
+        std::get<host::drive::Wheel>(Only(R"({"do":"wheel","x":1,"y":2,"delta":-3})").action);
+    EXPECT_EQ(wheel.x, 1);
+    EXPECT_EQ(wheel.y, 2);
+    EXPECT_EQ(wheel.delta, -3);
+}
+
+TEST(DriveScript, QuestionsAreReadKeyByKey) {
+    const auto hover = std::get<host::drive::Hover>(Only(R"({"do":"hover","x":1,"y":2})").action);
+    EXPECT_EQ(hover.x, 1);
+    EXPECT_EQ(hover.y, 2);
+    const auto click = std::get<host::drive::Click>(Only(R"({"do":"click","x":3,"y":4})").action);
+    EXPECT_EQ(click.x, 3);
+    EXPECT_EQ(click.y, 4);
+    const auto box =
+        std::get<host::drive::Box>(Only(R"({"do":"box","x0":1,"y0":2,"x1":3,"y1":4})").action);
+    EXPECT_EQ(box.x0, 1);
+    EXPECT_EQ(box.y0, 2);
+    EXPECT_EQ(box.x1, 3);
+    EXPECT_EQ(box.y1, 4);
+    const auto lasso =
+        std::get<host::drive::Lasso>(Only(R"({"do":"lasso","points":[[1,2],[3,4],[5,6]]})").action);
+    ASSERT_EQ(lasso.polygon.size(), 3u);
+    EXPECT_EQ(lasso.polygon[1], (rob::PosTemplate<float>{3, 4, 0}));
+}
+
+TEST(DriveScript, ChangesAreReadKeyByKey) {
+    EXPECT_THAT(std::get<host::drive::Select>(Only(R"({"do":"select","objects":["a","b"]})").action)
+                    .objects,
+                ElementsAre("a", "b"));
+    EXPECT_FALSE(std::get<host::drive::Show>(Only(R"({"do":"hide","objects":["a"]})").action).show);
+    EXPECT_TRUE(std::get<host::drive::Show>(Only(R"({"do":"show","objects":["a"]})").action).show);
+    EXPECT_EQ(std::get<host::drive::Mode>(Only(R"({"do":"mode","mode":"triangles"})").action).mode,
+              visual::Scene::DisplayMode::TriangleWires);
+    EXPECT_EQ(
+        std::get<host::drive::TakePicture>(Only(R"({"do":"picture","name":"a b"})").action).name,
+        "a b");
+}
+
+TEST(DriveScript, LinesKeepTheirNumbersPastEmptyOnesAndComments) {
+    const auto lines = ParseDriveScript(
+        "\n# first\r\n  "
+        "{\"do\":\"drag\",\"dx\":1,\"dy\":1}\r\n\t\n{\"do\":\"drag\",\"dx\":1,\"dy\":1}",
+        "s");
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0].number, 3);
+    EXPECT_EQ(lines[1].number, 5);
+    EXPECT_EQ(lines[1].verb, "drag");
+    EXPECT_TRUE(ParseDriveScript("", "s").empty());
+}
+
+TEST(DriveScript, MistakesAreToldWithNameAndLine) {
+    EXPECT_EQ(Refusal("\n{\"do\":"), "s:2: the line is not JSON");
+    EXPECT_EQ(Refusal("[1]"), "s:1: the line is not an object with a text \"do\"");
+    EXPECT_EQ(Refusal("{}"), "s:1: the line is not an object with a text \"do\"");
+    EXPECT_EQ(Refusal(R"({"do":1})"), "s:1: the line is not an object with a text \"do\"");
+    EXPECT_EQ(Refusal(R"({"do":"jump"})"),
+              "s:1: \"jump\" is not one of press, drag, pan, wheel, hover, click, box, lasso, "
+              "select, hide, show, mode, picture");
+    EXPECT_EQ(Refusal(R"({"do":"press","x":1})"), "s:1: press needs \"y\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"press","x":"1","y":2})"), "s:1: press needs \"x\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":1e300})"),
+              "s:1: press needs \"y\", a number that is not too large");
+    EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":1e999})"), "s:1: the line is not JSON");
+    EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":2,"z":3})"), "s:1: press knows no \"z\"");
+    EXPECT_EQ(Refusal(R"({"do":"lasso","points":[[1,2],[3,4]]})"),
+              "s:1: lasso needs \"points\", a list of three or more [x, y]");
+    EXPECT_EQ(Refusal(R"({"do":"lasso","points":[[1,2],[3,4],[5]]})"),
+              "s:1: lasso needs \"points\", a list of three or more [x, y]");
+    EXPECT_EQ(Refusal(R"({"do":"lasso","points":[[1,2],[3,4],[5,"6"]]})"),
+              "s:1: lasso needs \"points\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"hide","objects":"box"})"),
+              "s:1: hide needs \"objects\", a list of texts");
+    EXPECT_EQ(Refusal(R"({"do":"select","objects":[3]})"),
+              "s:1: select needs \"objects\", a list of texts");
+    EXPECT_EQ(Refusal(R"({"do":"mode","mode":"wire"})"),
+              "s:1: the mode \"wire\" is not one of shaded, edges, lines, triangles");
+    for (const char* name : {"", ".", "..", "a/b", "/a", ".hidden", "a\\\\b"})
+        EXPECT_THAT(Refusal(std::string(R"({"do":"picture","name":")") + name + "\"}"),
+                    testing::EndsWith("is no name for a picture: a file's, without a folder"));
+}
+
+TEST(DriveScript, AScriptThatIsNotThereOrAFolderIsTold) {
+    const host::TempFolder folder;
+    const std::filesystem::path file = folder.getPath() / "s.jsonl";
+    EXPECT_THROW((void)host::ReadDriveScript(file), std::runtime_error);
+    EXPECT_THROW((void)host::ReadDriveScript(folder.getPath()), std::runtime_error);
+    WriteBytes(file, R"({"do":"drag","dx":1,"dy":1})");
+    EXPECT_EQ(host::ReadDriveScript(file).size(), 1u);
+}
+
+}  // namespace
+}  // namespace vrn::test
