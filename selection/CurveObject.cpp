@@ -15,12 +15,7 @@ void CurveObject::buildBVH() {
 }
 
 void CurveObject::updateWorldBox() {
-    if (!worldBoxDirty) return;
-    if (!bvhBuilt) {
-        buildBVH();
-        bvhBuilt = true;
-    }
-    updatePlace();
+    updateLazily([this] { buildBVH(); });
 }
 
 Result CurveObject::intersect(const visual::Ray& ray) {

@@ -68,12 +68,7 @@ void LineObject::addLines(const visual::LineVisual& shown) {
 }
 
 void LineObject::updateWorldBox() {
-    if (!worldBoxDirty) return;
-    if (!bvhBuilt) {
-        buildBVH();
-        bvhBuilt = true;
-    }
-    updatePlace();
+    updateLazily([this] { buildBVH(); });
 }
 
 Result LineObject::intersect(const visual::Ray& ray) {

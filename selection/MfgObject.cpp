@@ -15,12 +15,7 @@ void MfgObject::buildBVH() {
 }
 
 void MfgObject::updateWorldBox() {
-    if (!worldBoxDirty) return;
-    if (!bvhBuilt) {
-        buildBVH();
-        bvhBuilt = true;
-    }
-    updatePlace();
+    updateLazily([this] { buildBVH(); });
 }
 
 Result MfgObject::intersect(const visual::Ray& ray) {

@@ -111,12 +111,7 @@ void PointCloudObject::addChunk(const Points& points, std::span<const unsigned i
 }
 
 void PointCloudObject::updateWorldBox() {
-    if (!worldBoxDirty) return;
-    if (!bvhBuilt) {
-        buildBVH();
-        bvhBuilt = true;
-    }
-    updatePlace();
+    updateLazily([this] { buildBVH(); });
 }
 
 Result PointCloudObject::intersect(const visual::Ray& ray) {

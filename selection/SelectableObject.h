@@ -57,8 +57,17 @@ protected:
 
     /// Reads the world pose from the visual and inverts it.
     void updateWorldPose();
-    /// updateWorldPose, then `box` from the root of the tree, and clears `worldBoxDirty`.
-    void updatePlace();
+    /// What updateWorldBox does where the box is that of the tree: nothing unless `worldBoxDirty`;
+    /// `build` at the first time, then the world pose and the box.
+    template <class Build>
+    void updateLazily(const Build& build) {
+        if (!worldBoxDirty) return;
+        if (!bvhBuilt) {
+            build();
+            bvhBuilt = true;
+        }
+        updatePlace();
+    }
     /// Deletes the primitives and forgets the tree over them: a build starts from nothing, also
     /// after one that threw.
     void clearPrimitives();
@@ -68,6 +77,10 @@ protected:
     [[nodiscard]] rob::PosTemplate<float> toWorld(const rob::PosTemplate<float>& local) const {
         return TransformPoint(worldPose, local);
     }
+
+private:
+    /// updateWorldPose, then `box` from the root of the tree, and clears `worldBoxDirty`.
+    void updatePlace();
 };
 
 }  // namespace vrn::selection

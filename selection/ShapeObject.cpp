@@ -43,12 +43,7 @@ void ShapeObject::buildBVH() {
 }
 
 void ShapeObject::updateWorldBox() {
-    if (!worldBoxDirty) return;
-    if (!bvhBuilt) {
-        buildBVH();
-        bvhBuilt = true;
-    }
-    updatePlace();
+    updateLazily([this] { buildBVH(); });
 }
 
 Result ShapeObject::intersect(const visual::Ray& ray) {
