@@ -93,8 +93,8 @@ private:
     std::mt19937 engine;
 };
 
-/// Upright planes at 45 degrees between x and y are flattened to a line: of equal components x and y
-/// the tests in a plane drop z.
+/// Upright planes at 45 degrees between x and y are flattened to a line: of equal components x and
+/// y the tests in a plane drop z.
 bool IsFlattened(const GridTriangle& t) {
     const Grid n = NormalOf(t);
     return n.z == 0 && (n.x == n.y || n.x == -n.y);

@@ -294,9 +294,8 @@ TEST(LineTriangle, ADeterminantOfAThousandthIsNotParallelWhateverTheSize) {
 
 TEST(LineTriangle, ATriangleWithoutAreaThrowsOutOfTheCall) {
     const Triangle flat{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}};
-    EXPECT_EQ(MessageOf<SurfaceNormalNotAvailable>([&] {
-                  (void)Math::Intersect(Line{{0, 0, 1}, {0, 0, -1}}, flat);
-              }),
+    EXPECT_EQ(MessageOf<SurfaceNormalNotAvailable>(
+                  [&] { (void)Math::Intersect(Line{{0, 0, 1}, {0, 0, -1}}, flat); }),
               "Surface normal is not available");
 }
 
@@ -413,9 +412,8 @@ TEST(PointInTriangle3D, TiesBetweenComponentsAreSettled) {
 TEST(Distances, ToASurfaceIsSignedAndInUnitsOfTheNormal) {
     EXPECT_FLOAT_EQ(Math::distanceOfPointToSurface({1, 2, 5}, {0, 0, 2}, {0, 0, 7}), 3);
     EXPECT_FLOAT_EQ(Math::distanceOfPointToSurface({1, 2, -5}, {0, 0, 2}, {0, 0, 7}), -7);
-    EXPECT_EQ(MessageOf<SurfaceNormalNotAvailable>([] {
-                  (void)Math::distanceOfPointToSurface({1, 2, 5}, {0, 0, 2}, {0, 0, 0});
-              }),
+    EXPECT_EQ(MessageOf<SurfaceNormalNotAvailable>(
+                  [] { (void)Math::distanceOfPointToSurface({1, 2, 5}, {0, 0, 2}, {0, 0, 0}); }),
               "Surface normal is not available");
     EXPECT_NO_THROW((void)Math::distanceOfPointToSurface({1, 2, 5}, {0, 0, 2}, {0, 0, 1e-9f}));
 }
@@ -450,9 +448,7 @@ TEST(Distances, VectorsOfAtMostATenMillionthCannotBeNormalised) {
     using Error = std::overflow_error;
     const Pos o{}, p{1, 2, 3};
     EXPECT_EQ(MessageOf<Error>([&] { (void)Math::DistancePointLine(p, o, o); }), message);
-    EXPECT_EQ(MessageOf<Error>([&] {
-                  (void)Math::DistancePointLine(p, o, Dir{9e-8f, 0, 0});
-              }),
+    EXPECT_EQ(MessageOf<Error>([&] { (void)Math::DistancePointLine(p, o, Dir{9e-8f, 0, 0}); }),
               message);
     EXPECT_EQ(MessageOf<Error>([&] { (void)Math::DistancePointPlane(p, o, o, o); }), message);
     EXPECT_EQ(MessageOf<Error>([&] { (void)Math::SignedDistancePointPlane(p, o, o, o); }), message);

@@ -10,8 +10,8 @@
 namespace vrn::visual {
 
 RobtargetVisual::RobtargetVisual(Visual* parent, std::uint32_t idIn)
-    : InstanceFrameVisual(parent, idIn, SharedName{std::format("ROBTARGET_{}", idIn)}, VisualType::RobTarget,
-                          "InstanceRobTarget") {}
+    : InstanceFrameVisual(parent, idIn, SharedName{std::format("ROBTARGET_{}", idIn)},
+                          VisualType::RobTarget, "InstanceRobTarget") {}
 
 RobtargetVisual* RobtargetVisual::Build(Visual* parent, std::uint32_t idIn) {
     const rob::PoseTemplate<float> pose = ModelPose(*sdf::SdfManager::inst()->at(idIn));
