@@ -240,7 +240,10 @@ TEST_F(DriveHost, WrongUseEndsWithTwo) {
     EXPECT_EQ(vrnview({"drive", "--script", "s", "-o", "out"}).status, 2);
 }
 
-TEST_F(DriveHost, TheExampleScriptRuns) {
+TEST_F(DriveHost, TheExampleScriptRunsAndIsTheOneOfThePage) {
+    const std::string docs = std::string(VRN_SOURCE_FOLDER) + "/docs/";
+    EXPECT_THAT(ReadBytes(docs + "driving.md"),
+                HasSubstr(ReadBytes(docs + "snippets/drive.jsonl")));
     const ProcessResult result =
         vrnview({"drive", path("box.stl"), "--size", "400x300", "--script",
                  std::string(VRN_SOURCE_FOLDER) + "/docs/snippets/drive.jsonl", "-o", path("out")});

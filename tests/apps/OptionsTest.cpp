@@ -143,6 +143,44 @@ TEST(Options, ModesHaveTheOrderOfTheLibrary) {
                   static_cast<visual::Scene::DisplayMode>(i));
 }
 
+TEST(Options, PickTakesItsQuestionsInAnyOrder) {
+    const Options options =
+        Parsed({"pick", "a.stl", "b.stl", "--lasso", "1,2", "3,4", "-5,6.5", "--at", "7,8", "--at",
+                "-9,10", "--box", "1,2,3.5,-4", "--json", "--picture", "p.png", "--view", "top"});
+    EXPECT_EQ(options.command, Options::Command::Pick);
+    EXPECT_EQ(options.inputs.size(), 2u);
+    using Pixel = PickRequest::Pixel;
+    EXPECT_THAT(options.pick.at, ElementsAre(Pixel{7, 8, 0}, Pixel{-9, 10, 0}));
+    EXPECT_THAT(options.pick.lasso,
+                ElementsAre(Pixel{1, 2, 0}, Pixel{3, 4, 0}, Pixel{-5, 6.5f, 0}));
+    ASSERT_TRUE(options.pick.box);
+    EXPECT_EQ(options.pick.box->first, (Pixel{1, 2, 0}));
+    EXPECT_EQ(options.pick.box->second, (Pixel{3.5f, -4, 0}));
+    EXPECT_EQ(options.pick.picture, "p.png");
+    EXPECT_TRUE(options.json);
+    EXPECT_EQ(options.looks.view, StandardView::Top);
+}
+
+TEST(Options, PickNeedsAQuestionAndPixelsThatAreNumbers) {
+    EXPECT_THAT(Refusal({"pick", "a.stl"}), HasSubstr("--at, --box or --lasso"));
+    EXPECT_NE(Refusal({"pick", "--at", "1,2"}), "");
+    for (const char* pixel : {"", "1", "1,", "1,2,3", "x,1", "1,inf", "1,nan", "1e7,0"})
+        EXPECT_THAT(Refusal({"pick", "a.stl", "--at", pixel}), HasSubstr("is not X,Y")) << pixel;
+    for (const char* box : {"", "1,2,3", "1,2,3,4,5", "1,2,3,nan"})
+        EXPECT_THAT(Refusal({"pick", "a.stl", "--box", box}), HasSubstr("is not x0,y0,x1,y1"))
+            << box;
+    EXPECT_NE(Refusal({"pick", "a.stl", "--lasso", "1,2", "3,4"}), "");
+}
+
+TEST(Options, DriveNeedsAScriptAndAFolder) {
+    const Options options = Parsed({"drive", "a.stl", "--script", "s.jsonl", "-o", "out"});
+    EXPECT_EQ(options.command, Options::Command::Drive);
+    EXPECT_EQ(options.script, "s.jsonl");
+    EXPECT_EQ(options.output, "out");
+    EXPECT_NE(Refusal({"drive", "a.stl", "-o", "out"}), "");
+    EXPECT_NE(Refusal({"drive", "a.stl", "--script", "s"}), "");
+}
+
 TEST(Options, MalformedLooksAreRefusedByName) {
     const auto refusal = [](const std::string& option, const std::string& value) {
         return Refusal({"render", "a.stl", "-o", "p", option, value});
