@@ -2,10 +2,13 @@
 // OpenCASCADE's own selector on the same shapes at the same places under the same view.
 //
 // Every pixel of a grid is asked in both, in turn, row by row, so that whatever else the machine
-// does meets both alike. What one of them hits and the other does not is counted, so that neither
-// is fast because it finds nothing.
+// does meets both alike. Embree's ray at the same triangles tells how little a pick could cost.
+// What one of them hits and the other does not is counted, so that neither is fast because it finds
+// nothing.
 
 #include <algorithm>
+#include <array>
+#include <cfloat>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -14,25 +17,35 @@
 #include <string>
 #include <vector>
 
+#include <embree4/rtcore.h>
 #include <OgreCamera.h>
+#include <OgreSceneNode.h>
 #include <AIS_Shape.hxx>
+#include <BRep_Tool.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
 #include <gp_Quaternion.hxx>
 #include <Graphic3d_Camera.hxx>
+#include <Poly_Triangulation.hxx>
 #include <SelectMgr_SelectionManager.hxx>
 #include <SelectMgr_ViewerSelector.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopLoc_Location.hxx>
+#include <TopoDS.hxx>
 
 #include "bench/BenchEngine.h"
+#include "bench/Median.h"
 #include "engine/Scene.h"
+#include "selection/Ray.h"
 #include "suite/geom/ShapeTools.h"
 #include "visual/geometry/SolidVisual.h"
 
 namespace {
 
 using namespace vrn;
+using bench::Median;
 using Pos = rob::PosTemplate<float>;
 using Rotation = rob::RotationTemplate<float>;
 
@@ -116,6 +129,81 @@ private:
     Handle(Graphic3d_Camera) camera;
 };
 
+/// Embree's two levels over the triangles of the same solids, one ray a pick: no faces, no edges,
+/// no registry, as little as a pick can cost.
+class Limit {
+public:
+    Limit() : device(rtcNewDevice("threads=1")), top(rtcNewScene(device)) {}
+    ~Limit() {
+        for (RTCScene scene : parts) rtcReleaseScene(scene);
+        rtcReleaseScene(top);
+        rtcReleaseDevice(device);
+    }
+    Limit(const Limit&) = delete;
+    Limit& operator=(const Limit&) = delete;
+
+    void add(const TopoDS_Shape& shape, const Ogre::Affine3& place) {
+        RTCScene part = rtcNewScene(device);
+        for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
+            addFace(part, TopoDS::Face(faces.Current()));
+        rtcCommitScene(part);
+        parts.push_back(part);
+        RTCGeometry instance = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_INSTANCE);
+        rtcSetGeometryInstancedScene(instance, part);
+        std::array<float, 12> rows{};
+        for (std::size_t row = 0; row < 3; ++row)
+            for (std::size_t column = 0; column < 4; ++column)
+                rows[row * 4 + column] = static_cast<float>(place[row][column]);
+        rtcSetGeometryTransform(instance, 0, RTC_FORMAT_FLOAT3X4_ROW_MAJOR, rows.data());
+        rtcCommitGeometry(instance);
+        rtcAttachGeometry(top, instance);
+        rtcReleaseGeometry(instance);
+    }
+    void build() { rtcCommitScene(top); }
+    [[nodiscard]] bool pick(float x, float y) const {
+        const visual::Ray ray = visual::Camera::Get()->getViewportRay(x, y);
+        RTCRayHit asked{};
+        asked.ray.org_x = ray.origin.x;
+        asked.ray.org_y = ray.origin.y;
+        asked.ray.org_z = ray.origin.z;
+        asked.ray.dir_x = ray.direction.x;
+        asked.ray.dir_y = ray.direction.y;
+        asked.ray.dir_z = ray.direction.z;
+        asked.ray.tfar = FLT_MAX;
+        asked.ray.mask = ~0u;
+        asked.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+        rtcIntersect1(top, &asked);
+        return asked.hit.geomID != RTC_INVALID_GEOMETRY_ID;
+    }
+
+private:
+    void addFace(RTCScene part, const TopoDS_Face& face) {
+        TopLoc_Location location;
+        const auto& mesh = BRep_Tool::Triangulation(face, location);
+        RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE);
+        auto* points = static_cast<float*>(
+            rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
+                                    3 * sizeof(float), static_cast<std::size_t>(mesh->NbNodes())));
+        for (int i = 1; i <= mesh->NbNodes(); ++i) {
+            const gp_Pnt p = mesh->Node(i).Transformed(location.Transformation());
+            for (const double value : {p.X(), p.Y(), p.Z()}) *points++ = static_cast<float>(value);
+        }
+        auto* indices = static_cast<unsigned*>(rtcSetNewGeometryBuffer(
+            geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3, 3 * sizeof(unsigned),
+            static_cast<std::size_t>(mesh->NbTriangles())));
+        for (int i = 1; i <= mesh->NbTriangles(); ++i)
+            for (int corner = 1; corner <= 3; ++corner)
+                *indices++ = static_cast<unsigned>(mesh->Triangle(i).Value(corner) - 1);
+        rtcCommitGeometry(geometry);
+        rtcAttachGeometry(part, geometry);
+        rtcReleaseGeometry(geometry);
+    }
+
+    RTCDevice device;
+    RTCScene top;
+    std::vector<RTCScene> parts;
+};
+
 /// The same solids in both worlds.
 class Solids {
 public:
@@ -170,6 +258,13 @@ public:
         return MicrosecondsSince(begin);
     }
 
+    /// Where they stand now.
+    void fill(Limit& limit) const {
+        for (visual::SolidVisual* visual : visuals)
+            limit.add(visual->getShape(), visual->node->_getFullTransform());
+        limit.build();
+    }
+
     [[nodiscard]] std::size_t triangleCount() const {
         std::size_t count = 0;
         for (visual::SolidVisual* visual : visuals) count += visual->getTrianglesNum();
@@ -205,12 +300,6 @@ struct Times {
     }
 };
 
-double Median(std::vector<double> values) {
-    const auto middle = static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), values.begin() + middle, values.end());
-    return values[values.size() / 2];
-}
-
 /// A pass over the grid in both; rows in turn. Answers how many pixels they tell apart.
 int Pass(Solids& solids, Times& ours, Times& peer) {
     int different = 0;
@@ -235,6 +324,18 @@ int Pass(Solids& solids, Times& ours, Times& peer) {
     return different;
 }
 
+/// Microseconds of each pixel of the grid.
+Times PassOf(const Limit& limit) {
+    Times times;
+    for (int y = gridStep / 2; y < windowHeight; y += gridStep)
+        for (int x = gridStep / 2; x < windowWidth; x += gridStep) {
+            const auto begin = Clock::now();
+            const bool hit = limit.pick(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f);
+            times.add(MicrosecondsSince(begin), hit);
+        }
+    return times;
+}
+
 double Sum(const std::vector<double>& times) {
     double sum = 0;
     for (const double t : times) sum += t;
@@ -253,6 +354,11 @@ void Run() {
     Pass(solids, firstOurs, firstPeer);
     int different = 0;
     for (int i = 0; i < passes; ++i) different = Pass(solids, ours, peer);
+
+    Limit limit;
+    solids.fill(limit);
+    (void)PassOf(limit);
+    const Times least = PassOf(limit);
 
     std::vector<double> ourMoves, peerMoves;
     for (int i = 0; i < moves; ++i) {
@@ -276,6 +382,8 @@ void Run() {
     Print("any pixel, mean", Times::mean(ours.all), Times::mean(peer.all), 0.2);
     Print("any pixel, 99th percentile", Times::percentile99(ours.all),
           Times::percentile99(peer.all), 0.1);
+    std::printf("Embree's two levels: %zu hits, mean %.2f, any pixel %.2f\n", least.hits.size(),
+                Times::mean(least.hits), Times::mean(least.all));
     Print("first update after loading", ourWhole, peerWhole, 0.5);
     Print("update after moving all", Median(ourMoves), Median(peerMoves), 0.5);
 }
