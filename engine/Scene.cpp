@@ -16,12 +16,27 @@ namespace {
 /// A queue that once grew beyond it gives its memory back: about 10 MiB.
 constexpr std::size_t maxSpareTasks = 1 << 18;
 
+/// Locks a mutex that is held for a moment only: to look again a few times is quicker than to let
+/// the system put the thread to sleep and wake it.
+std::unique_lock<std::mutex> LockBriefly(std::mutex& mutex) {
+    constexpr int looks = 400;
+    std::unique_lock lock(mutex, std::try_to_lock);
+    for (int i = 0; !lock && i < looks; ++i) {
+#if defined(__x86_64__)
+        __builtin_ia32_pause();
+#endif
+        static_cast<void>(lock.try_lock());
+    }
+    if (!lock) lock.lock();
+    return lock;
+}
+
 }  // namespace
 
 Scene* Scene::Instance = nullptr;
 
 void Scene::addRenderTask(std::function<void()>&& fn, unsigned long key) {
-    const std::lock_guard lock(taskMutex);
+    const std::unique_lock lock = LockBriefly(taskMutex);
     if (key != 0)
         std::erase_if(renderTasks, [key](const RenderTask& task) { return task.key == key; });
     renderTasks.emplace_back(key, std::move(fn));

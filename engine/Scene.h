@@ -491,8 +491,10 @@ private:
 
     static Scene* Instance;
 
-    std::mutex taskMutex;  ///< guards the two below and nothing else
-    std::vector<RenderTask> renderTasks;
+    // Apart from each other: a thread that waits for the mutex would take the queue's cache line
+    // away from the one that holds it.
+    alignas(64) std::mutex taskMutex;  ///< guards the two below and nothing else
+    alignas(64) std::vector<RenderTask> renderTasks;
     std::vector<RenderTask> spareTasks;  ///< empty; memory that the next batch fills again
     std::deque<std::function<void()>> loadTasks;
     Visual* copiedVisual = nullptr;
