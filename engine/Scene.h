@@ -23,8 +23,15 @@
 #include "visual/VisualType.h"
 #include "visual/VrnVisualApi.h"
 
+class gp_Pnt;
 class TopoDS_Face;
 class TopoDS_Shape;
+class TopoDS_Wire;
+
+namespace cadcam {
+template <class T>
+struct TMesh;
+}
 
 namespace Ogre {
 class AxisAlignedBox;
@@ -32,8 +39,16 @@ class InstanceManager;
 class SceneManager;
 }  // namespace Ogre
 
+namespace vrn::geometry {
+struct PointList;
+}
+
 namespace vrn::layout {
 class Manipulator;
+}
+
+namespace vrn::rob {
+class TPCircle;
 }
 
 namespace vrn::sdf {
@@ -258,14 +273,133 @@ public:
     void updateInstruction(task::MoveInst* prev, task::MoveInst* cur);
     /// Spelling is part of the interface.
     void upadateInstructionParent(std::uint32_t id, std::uint32_t parentId);
-    /// Shows targets in the world, which cannot be picked, in place of those previewed so far.
-    void previewTargets(const std::vector<rob::PoseTemplate<float>>& poses);
-    void removePreviewedPoints();
     /// The trace that clearTcpTrace deletes; null for none. An earlier one is left to the host.
     /// Thread: render.
     void setTcpTrace(TcpTraceVisual* trace);
     /// Deletes the trace; the host makes and names a new one.
     void clearTcpTrace();
+
+    // --- previews: what a dialog shows before it exists; thread: any, unless said otherwise ---
+    // They stay until they are removed, also while a station loads, and none of them can be picked.
+    // Lists that are given as pointers must live until the task has run; null for one throws
+    // std::invalid_argument on the caller. Ids are looked up strictly in the task.
+
+    /// Shows an edge, in the pose, over the scene; one that was never triangulated is passed over.
+    void previewEdge(const TopoDS_Edge& edge, const rob::PoseTemplate<float>& pose);
+    void previewEdges(std::vector<TopoDS_Edge>* edges, const rob::PoseTemplate<float>& pose);
+    /// The edges of a wire, in their order along it.
+    void previewWire(const TopoDS_Wire& wire, const rob::PoseTemplate<float>& pose);
+    void previewCurves(std::vector<TopoDS_Wire>* wires, const rob::PoseTemplate<float>& pose);
+    /// A curve for each sequence of points, in the frame that the visual has now. The curves carry
+    /// the visual's id; removePreviewCurve takes away one of them.
+    void addPreviewCurves(unsigned int id, geometry::PointList* list);
+    /// The same, each with an arrow along `direction`, at its first point, or at that of the place
+    /// `arrowAt` in its sequence; none for a direction without length or a place past the points.
+    void addPreviewCurvesWithDirection(unsigned int id, geometry::PointList* list,
+                                       const rob::Vec3Template<float>& direction);
+    void addPreviewCurvesWithDirection(unsigned int id, geometry::PointList* list,
+                                       const rob::Vec3Template<float>& direction,
+                                       unsigned int arrowAt);
+    void removePreviewCurves();
+    /// The first of the curves with that id; does nothing if there is none.
+    void removePreviewCurve(unsigned int id);
+    /// Points in the frame of a visual.
+    void previewPoints(std::vector<gp_Pnt>* points, unsigned int id,
+                       const rob::ColorTemplate<float>& color);
+    /// Shows targets in the world in place of the targets and points previewed so far.
+    void previewTargets(const std::vector<rob::PoseTemplate<float>>& poses);
+    /// Removes previewed points and targets.
+    void removePreviewedPoints();
+    /// Faces in the frame of a visual; an unknown id throws std::bad_optional_access in the task.
+    void previewFace(const TopoDS_Face& face, unsigned int id);
+    void previewFaces(const std::vector<TopoDS_Face>& faces, unsigned int id);
+    void removePreviewFaces();
+    /// Segments in the world, such as the sides of triangles, until removePreviewCurves.
+    void previewTriangleMesh(
+        const std::vector<std::pair<rob::PosTemplate<float>, rob::PosTemplate<float>>>& segments);
+    /// A mesh of the machining side in the world, in place of an earlier one. The mesh must live
+    /// until the task has run.
+    void debugViewCamMesh(cadcam::TMesh<double>* mesh);
+    /// The axis of a joint, in place of an earlier one; hidden until setPreviewedJointVisible.
+    void createPreviewedJointVisual();
+    void removePreviewedJointVisual();
+    /// From `start` to `end` in the world, which must differ: else std::overflow_error in the task.
+    /// Does nothing at all without a previewed joint. Thread: caller.
+    void setPreviewedJointVisible(const rob::PosTemplate<double>& start,
+                                  const rob::PosTemplate<double>& end);
+    void setPreviewedJointInvisible();
+    /// A frame of the world under a key of the host's; with `small` a third as long as without. In
+    /// place of an earlier one of that key; the other three look the key up strictly in the task.
+    void createPreviewedFrameVisual(unsigned int id, bool small);
+    void removePreviewedFrameVisual(unsigned int id);
+    void setPreviewedFrameVisible(unsigned int id, const rob::PoseTemplate<double>& worldPose);
+    void setPreviewedFrameInvisible(unsigned int id);
+    /// A translucent copy of a visual where it would come to stand, in place of the copy of another
+    /// one. A kind of visual that cannot be copied shows nothing.
+    void showCopiedVisual(unsigned int id, const rob::PoseTemplate<float>& worldPose);
+    /// Both do nothing without a copy.
+    void hideCopiedVisual();
+    void deleteCopiedVisual();
+    /// Hides what PreviewVisualsHelper shows of a frame or direction being picked.
+    void removeAllPositionVisuals();
+
+    // --- measures, indicators, free lines; in the world; thread: any ---
+    void createDistanceVisual(const rob::PosTemplate<double>& a, const rob::PosTemplate<double>& b);
+    /// The legs from `vertex` to `a` and `b`, and the arc of `angle` radians from the shorter one
+    /// towards the other. Legs without length or in one line throw std::overflow_error in the task,
+    /// and nothing is shown.
+    void createAngleVisual(const rob::PosTemplate<double>& vertex,
+                           const rob::PosTemplate<double>& a, const rob::PosTemplate<double>& b,
+                           double angle);
+    /// The arc of the circle's three points and a line from its start to its middle: a diameter if
+    /// the points are spread over the whole circle.
+    void createDiameterVisual(const rob::TPCircle& circle);
+    void removeDimensionVisual();
+    /// A line through the points; `withArrow` puts an arrow on its first point, towards the second:
+    /// std::overflow_error in the task if the two coincide. The number has no effect.
+    void drawPolyline(const std::vector<rob::PosTemplate<float>>& points, unsigned int unused,
+                      bool withArrow);
+    void drawPolylines(const std::vector<std::vector<rob::PosTemplate<float>>>& lines,
+                       unsigned int unused, bool withArrow);
+    void removePolylines();
+    /// The directions of a face's surface parameters, in the middle of its range. Where the surface
+    /// has none std::overflow_error is thrown in the task.
+    void showUVIndicatorVisual(const TopoDS_Face& face);
+    /// Both do nothing without an indicator.
+    void hideUVIndicatorVisual();
+    void deleteUVIndicatorVisual();
+
+    // --- handles; thread: any ---
+    void showDragHandle();
+    void hideDragHandle();
+    /// Ends a drag: every part of the handle is shown again as at rest.
+    void resetDragHandle();
+    /// Hangs a handle under a visual, in a local pose; it is then the scene's attached one, which
+    /// survives the removal of that visual. The id is looked up strictly in the task; null for a
+    /// pointer throws std::invalid_argument on the caller.
+    void attachGuiTo(GuiVisual* gui, Visual* visual, const rob::PoseTemplate<float>& pose);
+    void attachGuiTo(GuiVisual* gui, unsigned int visualId, const rob::PoseTemplate<float>& pose);
+    /// Takes a handle out of the visual that it is attached to.
+    void detachGui(GuiVisual* gui);
+
+    // --- paint; thread: any ---
+    /// Lets a spray paint on the meshes of a visual and of what hangs below it. Sprays are counted:
+    /// the paint stays until the last one is removed. An unknown target does nothing, here and in
+    /// the other four.
+    void createPaintVisual(unsigned int target, unsigned int sprayId);
+    void removePaintVisual(unsigned int target, unsigned int sprayId);
+    /// Paints what the cone of a spray visual reaches, from where that visual stands now. `a` and
+    /// `b` are the cone's diameters at its origin and at `height`; the pose has no effect. An id
+    /// that is no spray's throws std::bad_optional_access in the task, if there is paint to spray.
+    void spray(unsigned int sprayId, unsigned int target, const rob::PoseTemplate<double>& pose,
+               double a, double b, double height);
+    /// Makes all paint transparent.
+    void resetSpray(unsigned int target);
+    /// For what is sprayed from then on; components from 0 to 1.
+    void setPaintColor(unsigned int target, float r, float g, float b);
+    /// Shows a spray anew after its properties changed. Its visual is looked up strictly in the
+    /// task; throws there what SprayVisual::Build throws.
+    void rebuildSprayVisual(sdf::SdfNode* modelNode);
 
     // --- poses; thread: any ---
     void setVisualPose(std::uint32_t id, const rob::PoseTemplate<float>& pose);
@@ -444,8 +578,42 @@ private:
     void doUpdatePath(std::uint32_t id);
     void doUpdateInstruction(task::MoveInst* prev, task::MoveInst* cur);
     void doSetDrawPathArrow(bool on);
+    void doPreviewEdge(const TopoDS_Edge& edge, const rob::PoseTemplate<float>& pose);
+    void doPreviewEdges(const std::vector<TopoDS_Edge>& edges,
+                        const rob::PoseTemplate<float>& pose);
+    void doPreviewWire(const TopoDS_Wire& wire, const rob::PoseTemplate<float>& pose);
+    void doPreviewCurves(const std::vector<TopoDS_Wire>& wires,
+                         const rob::PoseTemplate<float>& pose);
+    void doAddPreviewCurves(unsigned int id, const geometry::PointList& list);
+    void doAddPreviewCurvesWithDirection(unsigned int id, const geometry::PointList& list,
+                                         const rob::Vec3Template<float>& direction,
+                                         unsigned int arrowAt);
+    void doRemovePreviewCurve(unsigned int id);
+    void doPreviewPoints(const std::vector<gp_Pnt>& points, unsigned int id,
+                         const rob::ColorTemplate<float>& color);
     void doPreviewTargets(const std::vector<rob::PoseTemplate<float>>& poses);
     void doRemovePreviewedPoints();
+    void doPreviewFace(const TopoDS_Face& face, unsigned int id);
+    void doPreviewFaces(const std::vector<TopoDS_Face>& faces, unsigned int id);
+    void doCreatePreviewedFrameVisual(unsigned int id, bool small);
+    void doShowCopiedVisual(unsigned int id, const rob::PoseTemplate<float>& worldPose);
+    void doDeleteCopiedVisual();
+    void doCreateDistanceVisual(const rob::PosTemplate<double>& a,
+                                const rob::PosTemplate<double>& b);
+    void doCreateAngleVisual(const rob::PosTemplate<double>& vertex,
+                             const rob::PosTemplate<double>& a, const rob::PosTemplate<double>& b,
+                             double angle);
+    void doCreateDiameterVisual(const rob::TPCircle& circle);
+    void doDrawPolyline(const std::vector<rob::PosTemplate<float>>& points, bool withArrow);
+    void doShowUVIndicatorVisual(const TopoDS_Face& face);
+    void doAttachGui(GuiVisual* gui, Visual* visual, const rob::PoseTemplate<float>& pose);
+    void releaseAttachedGui(const Visual* dying);
+    void doCreatePaintVisual(unsigned int target, unsigned int sprayId);
+    void doRemovePaintVisual(unsigned int target, unsigned int sprayId);
+    void doSpray(unsigned int sprayId, unsigned int target, double a, double b, double height);
+    void doResetSpray(unsigned int target);
+    void doSetPaintColor(unsigned int target, float r, float g, float b);
+    void doRebuildSprayVisual(sdf::SdfNode* modelNode);
     void doRestoreCamera();
     void keepForNextBatch(std::vector<RenderTask>&& batch);
     void drainLoadTasks();
@@ -484,6 +652,8 @@ private:
     void forgetEdges(const Visual* visual);
     void forgetEnvelope(const Visual* visual);
     void forgetTaskVisual(const Visual* visual);
+    void forgetPreview(const Visual* visual);
+    void forgetMeasure(const Visual* visual);
     void doSetLayer(Visual* visual, VisualStateLayer layer, bool on,
                     const std::string& materialName = {});
     void doSetColor(Visual* visual, const rob::ColorTemplate<float>& color, float alpha);
@@ -498,6 +668,7 @@ private:
     std::vector<RenderTask> spareTasks;  ///< empty; memory that the next batch fills again
     std::deque<std::function<void()>> loadTasks;
     Visual* copiedVisual = nullptr;
+    Visual* camMesh = nullptr;  ///< of debugViewCamMesh
     Visual* highlightedVisual = nullptr;
     VisEdge highlightedEdge;
     std::optional<Visual*> highlightedEdgeVisual;
