@@ -607,7 +607,8 @@ private:
     void doDrawPolyline(const std::vector<rob::PosTemplate<float>>& points, bool withArrow);
     void doShowUVIndicatorVisual(const TopoDS_Face& face);
     void doAttachGui(GuiVisual* gui, Visual* visual, const rob::PoseTemplate<float>& pose);
-    void releaseAttachedGui(const Visual* dying);
+    /// True if the dying visual is the attached handle itself, which is not to be deleted.
+    bool releaseAttachedGui(const Visual* dying);
     void doCreatePaintVisual(unsigned int target, unsigned int sprayId);
     void doRemovePaintVisual(unsigned int target, unsigned int sprayId);
     void doSpray(unsigned int sprayId, unsigned int target, double a, double b, double height);

@@ -15,6 +15,9 @@
 #include "mesh/MeshManager.h"
 #include "selection/VisualSelection.h"
 #include "suite/common/AppLogger.h"
+#include "visual/handle/DragHandle.h"
+#include "visual/handle/PathEndsHandle.h"
+#include "visual/handle/VectorHandle.h"
 
 namespace vrn::visual {
 
@@ -51,6 +54,9 @@ void Init(int width, int height, const SceneSettings& settings) {
     gMeshMgr = new MeshManager;
     Scene::Init(settings);
     Scene::Get()->setGrid(true);
+    DragHandle::Build();
+    gVectorHandle = new VectorHandle;
+    PathEndsHandle::Init();
 }
 
 void ReleaseResources() {}

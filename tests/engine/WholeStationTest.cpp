@@ -273,7 +273,7 @@ TEST_F(WholeStation, BuildingAndRemovingItManyTimesLeavesNothing) {
         pump();
         ASSERT_EQ(scene().visuals, registered) << round;
         ASSERT_EQ(scene().root->getChildren().size(), topLevel) << round;
-        ASSERT_TRUE(selection::VisualSelection::Get()->objects.empty()) << round;
+        ASSERT_EQ(pickableCount(), 0u) << round;
     }
 }
 

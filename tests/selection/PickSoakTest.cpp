@@ -334,7 +334,7 @@ protected:
         scene().deleteVisual(top);
         made.clear();
         pump();
-        EXPECT_TRUE(picking().objects.empty());
+        EXPECT_EQ(pickableCount(), 0u);
         for (const selection::PrimitiveContainer& container : picking().containers) {
             EXPECT_TRUE(container.primitives.empty());
             EXPECT_EQ(container.tree.root, nullptr);

@@ -91,6 +91,7 @@ int RunEngineTests(int argc, char** argv) {
 void EngineTest::SetUp() {
     visualsBefore = scene().visuals;
     for (visual::Visual* child : scene().root->getChildren()) childrenBefore.insert(child);
+    pickableBefore = selection::VisualSelection::Get()->objects;
     settingsBefore = scene().settings;
     logBefore = static_cast<std::streamoff>(std::filesystem::file_size(LogFile()));
     const auto& start = settingsBefore.fromPos;
@@ -108,7 +109,11 @@ void EngineTest::TearDown() {
     pump();
     EXPECT_EQ(scene().visuals, visualsBefore) << "the test left visuals in the registry";
     EXPECT_TRUE(scene().tempVisuals.empty());
-    EXPECT_TRUE(selection::VisualSelection::Get()->objects.empty());
+    EXPECT_EQ(selection::VisualSelection::Get()->objects, pickableBefore);
+}
+
+std::size_t EngineTest::pickableCount() const {
+    return selection::VisualSelection::Get()->objects.size() - pickableBefore.size();
 }
 
 void EngineTest::pump() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <unordered_map>
@@ -10,11 +11,16 @@
 
 #include "apps/headless/Picture.h"
 #include "engine/Scene.h"
+#include "selection/VisualSelection.h"
 #include "suite/layout/Part.h"
 #include "suite/sdf/ObjectStore.h"
 
 namespace Ogre {
 class RenderTarget;
+}
+
+namespace vrn::selection {
+class SelectableObject;
 }
 
 /// Tests on the real engine: one engine a process, started before the first test by the main that
@@ -25,8 +31,9 @@ namespace vrn::test {
 constexpr int windowWidth = 640;
 constexpr int windowHeight = 480;
 
-/// Every test finds an empty scene (world frame, grid, camera at its start) and leaves it so: what
-/// it built is deleted afterwards, and what then still differs fails the test.
+/// Every test finds an empty scene (world frame, grid, camera at its start, the handles that Init
+/// makes) and leaves it so: what it built is deleted afterwards, and what then still differs fails
+/// the test.
 class EngineTest : public ::testing::Test {
 protected:
     void SetUp() override;
@@ -44,6 +51,9 @@ protected:
     /// The pixel that a world point is drawn at; fractional, from the upper left corner.
     static rob::Vec2Template<float> project(const rob::PosTemplate<float>& world);
 
+    /// How many visuals are registered for picking, the parts of the handles that an empty scene has
+    /// left out.
+    static std::size_t pickables();
     /// The lines that Ogre has logged since the test began.
     [[nodiscard]] std::vector<std::string> logLines() const;
     /// A folder for the files of this process, gone at its end.
@@ -62,11 +72,16 @@ protected:
     /// The first visual of the type below `start`; null if there is none.
     static visual::Visual* findBelow(visual::Visual* start, VisualType type);
 
+    /// How many visuals can be picked that the test brought.
+    [[nodiscard]] std::size_t pickableCount() const;
+
     sdf::ObjectStore model;
 
 private:
     std::unordered_map<std::uint32_t, visual::Visual*> visualsBefore;
     std::unordered_set<visual::Visual*> childrenBefore;
+    std::unordered_map<visual::Visual*, selection::SelectableObject*> pickableBefore;
+    decltype(selection::VisualSelection::objects) pickablesBefore;
     visual::SceneSettings settingsBefore;
     std::streamoff logBefore = 0;
 };

@@ -270,7 +270,7 @@ TEST_F(FrameVisuals, APreviewFrameIsHiddenSelectedAndInNoRegistry) {
         EXPECT_EQ(Axis(frame, 0).getPoints().size(), 2 * dashes);
     }
     EXPECT_EQ(scene().visuals, registered);
-    EXPECT_TRUE(VisualSelection::Get()->objects.empty());
+    EXPECT_EQ(pickableCount(), 0u);
 }
 
 TEST_F(FrameVisuals, ATaskFrameIsRegisteredButNotPickable) {
@@ -280,7 +280,7 @@ TEST_F(FrameVisuals, ATaskFrameIsRegisteredButNotPickable) {
     EXPECT_EQ(frame->getName(), "task frame for controller");
     EXPECT_EQ(frame->type, VisualType::Frame);
     EXPECT_EQ(frame->getPose(), (rob::PoseTemplate<float>{{1, 2, 3}, {0, 1, 0, 0}}));
-    EXPECT_TRUE(VisualSelection::Get()->objects.empty());
+    EXPECT_EQ(pickableCount(), 0u);
 }
 
 TEST_F(FrameVisuals, TwoRobotsHaveATaskFrameEach) {

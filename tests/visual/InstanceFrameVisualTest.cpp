@@ -259,7 +259,7 @@ TEST_F(InstanceFrames, ANewSizeMakesANewSelectableObject) {
     EXPECT_TRUE(picking->dirty);
     pump();
     EXPECT_EQ(pickedAxisLength(target), 90);
-    EXPECT_EQ(picking->objects.size(), 1u);
+    EXPECT_EQ(pickableCount(), 1u);
 }
 
 // --- the end
@@ -282,7 +282,7 @@ TEST_F(InstanceFrames, DestroyedDirectlyATargetLeavesTheSelection) {
     auto* target = new InstanceFrameVisual(root(), 1, "direct", VisualType::RobTarget, normalLook);
     selection::VisualSelection::Get()->addFrameVisual(target);
     delete target;
-    EXPECT_TRUE(selection::VisualSelection::Get()->objects.empty());
+    EXPECT_EQ(pickableCount(), 0u);
     EXPECT_EQ(instancesInUse(), 0u);
 }
 

@@ -293,7 +293,7 @@ TEST_F(MeshVisuals, WhatCannotBeBuiltLeavesNothing) {
         EXPECT_EQ(root()->node->getChildren().size(), nodes);
         EXPECT_EQ(entities(), shown);
         EXPECT_EQ(scene().visuals, registered);
-        EXPECT_TRUE(VisualSelection::Get()->objects.empty());
+        EXPECT_EQ(pickableCount(), 0u);
     };
     refuse(makeBody("missing", (folder() / "missing.stl").string()));
     std::filesystem::create_directory(folder() / "folder.stl");
@@ -474,7 +474,7 @@ TEST_F(MeshVisuals, AnArrowStandsAtItsPlaceAlongItsDirection) {
     EXPECT_EQ(arrow->highlightedMaterial, "");
     EXPECT_EQ(MaterialOf(arrow), "Axis");
     EXPECT_FALSE(scene().visuals.contains(arrow->id));
-    EXPECT_TRUE(VisualSelection::Get()->objects.empty());
+    EXPECT_EQ(pickableCount(), 0u);
 }
 
 TEST_F(MeshVisuals, AnArrowMayPointStraightDown) {

@@ -199,7 +199,7 @@ TEST_F(VisualTree, ClearChildrenDeletesTheWholeSubtreeFromEveryMap) {
     EXPECT_THAT(first->getChildren(), IsEmpty());
     EXPECT_EQ(first->node->getChildren().size(), 0u);
     EXPECT_FALSE(scene().visuals.contains(id));
-    EXPECT_TRUE(VisualSelection::Get()->objects.empty());
+    EXPECT_EQ(pickableCount(), 0u);
 }
 
 TEST_F(VisualTree, ClearChildrenEndsWithUnboundNodesBelow) {

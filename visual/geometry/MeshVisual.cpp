@@ -35,13 +35,18 @@ MeshVisual::MeshVisual(const std::string& name, Visual* parent) : FacetVisual(na
     type = VisualType::Mesh;
 }
 
+MeshVisual::MeshVisual(std::uint32_t idIn, const std::string& name, Visual* parent)
+    : FacetVisual(idIn, name, parent) {
+    type = VisualType::Mesh;
+}
+
 MeshVisual::MeshVisual(Visual* parent, sdf::SdfNode* modelNode) : FacetVisual(modelNode, parent) {
     type = VisualType::Mesh;
 }
 
-MeshVisual::~MeshVisual() { destroyEntity(); }
+MeshVisual::~MeshVisual() { clearMesh(); }
 
-void MeshVisual::destroyEntity() {
+void MeshVisual::clearMesh() {
     if (entity) node->getCreator()->destroyEntity(entity);
     entity = nullptr;
 }
@@ -85,7 +90,7 @@ void MeshVisual::attachMesh(const std::string& name) {
 
 void MeshVisual::showMesh(const std::string& name) {
     Ogre::Entity* shown = node->getCreator()->createEntity(name);
-    destroyEntity();
+    clearMesh();
     entity = shown;
     meshName = name;
     entity->setRenderQueueGroup(solidQueueGroup);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "visual/geometry/FacetVisual.h"
@@ -14,6 +15,8 @@ class VRN_VISUAL_API MeshVisual : public FacetVisual {
 public:
     /// A free-standing mesh visual under `parent`, named `name` followed by its transient id.
     MeshVisual(const std::string& name, Visual* parent);
+    /// The same with an id of its own and exactly that name, which must be free.
+    MeshVisual(std::uint32_t idIn, const std::string& name, Visual* parent);
     /// For a model body.
     MeshVisual(Visual* parent, sdf::SdfNode* modelNode);
     ~MeshVisual() override;
@@ -34,6 +37,8 @@ public:
     /// What was shown before goes. Throws "Not stl file" and the reader's other errors, and keeps
     /// showing what it did.
     void attachMesh(const std::string& name);
+    /// Shows no mesh any more; does nothing without one.
+    void clearMesh();
 
     void setColor(const rob::ColorTemplate<float>& color, float alpha);
     /// As Hex2RGB reads it, opaque; throws what that throws. Neither does anything without a mesh.
@@ -52,7 +57,6 @@ public:
 
 private:
     void showMesh(const std::string& name);
-    void destroyEntity();
 
     std::string meshName;
     Ogre::Entity* entity = nullptr;

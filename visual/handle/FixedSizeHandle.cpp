@@ -1,0 +1,63 @@
+#include "visual/handle/FixedSizeHandle.h"
+
+#include <OgreSceneNode.h>
+
+#include "engine/Scene.h"
+#include "selection/VisualSelection.h"
+#include "view/Camera.h"
+
+namespace vrn::visual {
+
+namespace {
+
+constexpr double scalePerDistance = 0.00025;
+constexpr float leastHandleScale = 0.5f;
+constexpr float mostHandleScale = 10.0f;
+
+float HandleScale() {
+    const float wanted = Scene::Get()->settings.handleScale;
+    return wanted >= leastHandleScale && wanted <= mostHandleScale ? wanted : 1.0f;
+}
+
+}  // namespace
+
+void FixedSizeHandle::CameraListener::cameraPreRenderScene(Ogre::Camera* /*camera*/) {
+    handle->updateScale();
+}
+
+FixedSizeHandle::FixedSizeHandle(const std::string& name, Visual* parent)
+    : GuiVisual(name), cameraListener(std::make_unique<CameraListener>(this)) {
+    if (parent) attachTo(parent);
+    if (gCamera) gCamera->camera->addListener(cameraListener.get());
+}
+
+FixedSizeHandle::~FixedSizeHandle() {
+    if (isRegisteredInSelection()) unregisterFromSelection();
+    if (gCamera) gCamera->camera->removeListener(cameraListener.get());
+}
+
+void FixedSizeHandle::updateScale() {
+    if (!gCamera || !node) return;
+    const float distance = (gCamera->getWorldPosition() - getWorldPosition()).length();
+    const auto scale =
+        static_cast<float>(static_cast<double>(distance) * scalePerDistance * HandleScale());
+    // Every picture comes by here: a mark each time would keep picking from ever being up to date.
+    const Ogre::Vector3 wanted(scale, scale, scale);
+    if (node->getScale() == wanted) return;
+    setScale(scale, scale, scale);
+    if (isRegisteredInSelection()) selection::VisualSelection::Get()->markDirty(this);
+}
+
+void FixedSizeHandle::registerToSelection(bool priority) {
+    if (registeredInSelection) return;
+    selection::VisualSelection::Get()->addMeshVisual(this, /*detectable=*/false, priority);
+    registeredInSelection = true;
+}
+
+void FixedSizeHandle::unregisterFromSelection() {
+    if (!registeredInSelection) return;
+    selection::VisualSelection::Get()->removeCompoundObject(this);
+    registeredInSelection = false;
+}
+
+}  // namespace vrn::visual
