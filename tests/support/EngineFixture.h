@@ -11,7 +11,6 @@
 
 #include "apps/headless/Picture.h"
 #include "engine/Scene.h"
-#include "selection/VisualSelection.h"
 #include "suite/layout/Part.h"
 #include "suite/sdf/ObjectStore.h"
 
@@ -51,9 +50,6 @@ protected:
     /// The pixel that a world point is drawn at; fractional, from the upper left corner.
     static rob::Vec2Template<float> project(const rob::PosTemplate<float>& world);
 
-    /// How many visuals are registered for picking, the parts of the handles that an empty scene has
-    /// left out.
-    static std::size_t pickables();
     /// The lines that Ogre has logged since the test began.
     [[nodiscard]] std::vector<std::string> logLines() const;
     /// A folder for the files of this process, gone at its end.
@@ -81,7 +77,6 @@ private:
     std::unordered_map<std::uint32_t, visual::Visual*> visualsBefore;
     std::unordered_set<visual::Visual*> childrenBefore;
     std::unordered_map<visual::Visual*, selection::SelectableObject*> pickableBefore;
-    decltype(selection::VisualSelection::objects) pickablesBefore;
     visual::SceneSettings settingsBefore;
     std::streamoff logBefore = 0;
 };
