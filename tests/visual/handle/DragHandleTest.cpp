@@ -310,6 +310,7 @@ TEST_F(DragHandleTest, TheArrowsAreDrawnInTheirColoursInFrontOfThePart) {
     Visual* part = showBoxPart("carrier");
     lookFrom({900, -1200, 700}, {0, 0, 0});
     scene().attachGuiTo(handle, part->id, {});
+    scene().setHandleScale(6);
     frame();
     const auto picture = frame();
     const float scale = handle->node->getScale().x;
@@ -317,7 +318,7 @@ TEST_F(DragHandleTest, TheArrowsAreDrawnInTheirColoursInFrontOfThePart) {
         const Pixel at = project(world);
         return picture.at(static_cast<int>(at.x), static_cast<int>(at.y));
     };
-    // The part's half-width is 50: half of each arrow is inside of it, and yet is seen.
+    // The part's half-width is 50: the arrows' roots are inside of it, and yet are seen.
     const auto red = colourAt({100 * scale, 0, 0}), green = colourAt({0, 100 * scale, 0}),
                blue = colourAt({0, 0, 100 * scale});
     EXPECT_GT(red.r, red.g + 60);
