@@ -3,12 +3,16 @@
 #include <filesystem>
 #include <format>
 #include <iostream>
+#include <stdexcept>
 #include <string_view>
 #include <vector>
 
 #include "apps/vrnview/Drive.h"
 #include "apps/vrnview/DriveScript.h"
+#include "apps/vrnview/Failure.h"
 #include "apps/vrnview/Picking.h"
+#include "apps/vrnview/ProgramPlayer.h"
+#include "apps/vrnview/ProgramRun.h"
 #include "apps/vrnview/readers/OcctGuard.h"
 #include "apps/vrnview/Report.h"
 #include "apps/vrnview/TempFolder.h"
@@ -148,6 +152,27 @@ int RunDrive(const Options& options) {
     return known ? StatusOf(inputs) : 1;
 }
 
+int RunProgram(const Options& options) {
+    Viewer viewer;
+    viewer.setJoints(options.joints);
+    const std::vector<InputReport> inputs = OpenAll(viewer, PlainInputs(options));
+    if (!inputs.front().isOk()) return 1;
+    const bool known = NamesAreKnown(viewer, options);
+    // The whole program first: what it cannot reach shows before anything is written.
+    PlannedTask planned;
+    try {
+        planned = PlanTask(viewer.getContents().front(), options.task);
+    } catch (const std::exception& error) {
+        throw std::runtime_error(
+            std::format("{}: {}", options.inputs.front().string(), ReasonOf(error)));
+    }
+    std::filesystem::create_directories(options.output);
+    const auto view = viewer.openView(options.widthPx, options.heightPx, options.looks);
+    const RunReport report = RunTask(planned, {*view, options.output, options.frames});
+    std::cout << (options.json ? JsonOf(report) : TextOf(report));
+    return known ? StatusOf(inputs) : 1;
+}
+
 }  // namespace
 
 int RunCommand(const Options& options) {
@@ -162,6 +187,8 @@ int RunCommand(const Options& options) {
             return RunPick(options);
         case Options::Command::Drive:
             return RunDrive(options);
+        case Options::Command::Run:
+            return RunProgram(options);
     }
     return usageError;
 }

@@ -119,6 +119,7 @@ private:
             if (base != nullptr && scene.visuals.contains(robot->id))
                 scene.addTaskFrame(base->id, base->getPose());
         }
+        for (const WorkEnvelope& envelope : content.envelopes) showEnvelope(envelope);
         for (layout::Tool* tool : content.tools) {
             layout.add(*tool);
             add(tool);
@@ -141,6 +142,16 @@ private:
                     /*key=*/0);
             });
         }
+    }
+
+    void showEnvelope(const WorkEnvelope& envelope) {
+        const std::uint32_t robot = envelope.robot->id;
+        if (!scene.visuals.contains(robot)) return;
+        scene.addWorkEnvelopeVisual(robot, envelope.outlineParent, envelope.points,
+                                    envelope.normals, static_cast<float>(envelope.fromRad),
+                                    static_cast<float>(envelope.toRad));
+        scene.updateWorkEnvelopeVisual(robot, envelope.showsOutline, envelope.showsSurface);
+        scene.processMsgs();
     }
 
     void showTasks() {

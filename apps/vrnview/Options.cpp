@@ -180,6 +180,27 @@ void AddPictureOptions(CLI::App& command, Options& options) {
     AddLookOptions(command, options);
 }
 
+void AddRunOptions(CLI::App& command, Options& options) {
+    command.add_option("--task", options.task, "the task (default the first)")->type_name("NAME");
+    command.add_option("-o,--output", options.output, "the folder for the pictures")
+        ->required()
+        ->type_name("DIR");
+    command
+        .add_option_function<std::string>(
+            "--frames",
+            [&options](const std::string& text) {
+                const auto count = CountOf(text);
+                if (!count || *count < 1 || *count > maxFrames)
+                    throw CLI::ValidationError(
+                        "--frames",
+                        std::format("'{}' is not a number from 1 to {}", text, maxFrames));
+                options.frames = static_cast<int>(*count);
+            },
+            "how many pictures, evenly over the program (default 100)")
+        ->type_name("N");
+    command.add_flag("--json", options.json, "the summary as a line of JSON");
+}
+
 void AddPickOptions(CLI::App& command, Options& options) {
     PickRequest& pick = options.pick;
     command
@@ -263,6 +284,14 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
         ->type_name("DIR");
     AddPictureOptions(*drive, options);
 
+    CLI::App* run = app.add_subcommand("run", "run a robot's program, as pictures");
+    run->add_option("station", options.inputs, "a station file with a task, see docs/running.md")
+        ->required()
+        ->expected(1)
+        ->type_name("STATION");
+    AddRunOptions(*run, options);
+    AddPictureOptions(*run, options);
+
     try {
         // The library takes the arguments from the last to the first.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
@@ -275,7 +304,8 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
                       : render->parsed() ? Options::Command::Render
                       : info->parsed()   ? Options::Command::Info
                       : pick->parsed()   ? Options::Command::Pick
-                                         : Options::Command::Drive;
+                      : drive->parsed()  ? Options::Command::Drive
+                                         : Options::Command::Run;
     return {.options = options, .end = {}};
 }
 

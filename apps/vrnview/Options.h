@@ -24,11 +24,11 @@ struct PickRequest {
 
 /// The command line, read and checked.
 struct Options {
-    enum class Command { Demo, Render, Info, Pick, Drive };
+    enum class Command { Demo, Render, Info, Pick, Drive, Run };
 
     Command command = Command::Demo;
     std::vector<std::filesystem::path> inputs;
-    std::filesystem::path output = "demo.png";        ///< of drive: the folder for its pictures
+    std::filesystem::path output = "demo.png";        ///< of drive and run: a folder
     std::optional<std::filesystem::path> saveFolder;  ///< where demo keeps the files that it makes
     int widthPx = 1280;
     int heightPx = 720;
@@ -36,7 +36,9 @@ struct Options {
     std::vector<JointValue> joints;
     bool json = false;
     PickRequest pick;
-    std::filesystem::path script;  ///< that drive replays
+    std::filesystem::path script;     ///< that drive replays
+    std::optional<std::string> task;  ///< that run runs; without one the first
+    int frames = 100;                 ///< of run
 };
 
 /// What to do instead of running: print `text` and end with `status`.
@@ -47,6 +49,7 @@ struct EarlyEnd {
 
 inline constexpr int usageError = 2;
 inline constexpr int maxSizePx = 8192;
+inline constexpr int maxFrames = 10'000;
 
 /// Exactly one of the two is there.
 struct ParsedOptions {

@@ -58,6 +58,8 @@ public:
     /// What is drawn beside the inputs: the grid. Thread: pure.
     [[nodiscard]] static Bounds furnitureBounds();
 
+    /// What the inputs hold that were read.
+    [[nodiscard]] const std::vector<Content>& getContents() const { return contents; }
     /// The scene as it stands; `inputs` is left empty.
     [[nodiscard]] SceneReport report() const;
 

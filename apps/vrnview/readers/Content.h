@@ -25,6 +25,8 @@ class Sensor;
 }
 
 namespace vrn::task {
+class JointTargetDataItem;
+class Operation;
 class RobTargetDataItem;
 class Task;
 class WObjDataItem;
@@ -40,6 +42,25 @@ struct JointedObject {
 
     /// Takes the links, in the model, to where the joints' values put them.
     void poseLinks();
+};
+
+/// How a move is run, beyond what the model keeps of it.
+struct MoveData {
+    /// Millimetres a second along a linear or circular move; degrees (millimetres) a second of the
+    /// joint that has the longest way in a joint move. Above 0.
+    double speed = 0;
+    std::uint32_t toolDataId = 0;  ///< of the centre point that goes to the target; 0: the wrist
+};
+inline constexpr double defaultSpeed = 250, defaultJointSpeed = 60;
+
+/// How far a robot reaches: a profile that turns about the robot's z axis.
+struct WorkEnvelope {
+    layout::Manipulator* robot = nullptr;           ///< never null once made
+    std::uint32_t outlineParent = 0;                ///< what the outline moves with
+    std::vector<rob::PosTemplate<double>> points;   ///< two at least, y is 0
+    std::vector<rob::DirTemplate<double>> normals;  ///< one a point, to the right of the profile
+    double fromRad = 0, toRad = 0;
+    bool showsOutline = true, showsSurface = false;
 };
 
 /// What a file turned out to hold: model objects, and what of them the scene is to be told.
@@ -66,6 +87,14 @@ struct Content {
     /// Targets, each hanging on the object frame of a work object.
     std::vector<task::RobTargetDataItem*> targets;
     std::vector<task::Task*> tasks;
+    /// Path groups, their containers and operations that stand in no other.
+    std::vector<task::Operation*> operations;
+    /// By the move's id; each move of a task has one.
+    std::map<std::uint32_t, MoveData> moves;
+    /// The values of joint targets, by the item's id and the joint's name: radians or millimetres.
+    /// A joint that is not named keeps the value that it has.
+    std::map<std::uint32_t, std::map<std::string, double>> jointTargets;
+    std::vector<WorkEnvelope> envelopes;
 
     std::vector<JointedObject> jointed;
     std::vector<layout::Attachment> attachments;

@@ -111,6 +111,19 @@ Pose JsonFields::pose(const char* key) const {
     return pose;
 }
 
+std::vector<std::array<double, 2>> JsonFields::pairs(const char* key) const {
+    std::vector<std::array<double, 2>> result;
+    const auto isCoordinate = [](const nlohmann::json& item) {
+        return item.is_number() && std::abs(item.get<double>()) <= maxLength;
+    };
+    for (const nlohmann::json& pair : list(key)) {
+        if (!pair.is_array() || pair.size() != 2 || !std::ranges::all_of(pair, isCoordinate))
+            Expect(key, "a list of pairs of numbers of at most 1e9");
+        result.push_back({pair[0].get<double>(), pair[1].get<double>()});
+    }
+    return result;
+}
+
 const nlohmann::json& JsonFields::list(const char* key) const {
     static const nlohmann::json none = nlohmann::json::array();
     const auto found = json.find(key);

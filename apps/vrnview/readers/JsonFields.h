@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "apps/vrnview/readers/Poses.h"
 
@@ -35,6 +36,8 @@ public:
     [[nodiscard]] Pose pose(const char* key) const;
     /// Of three numbers of at most maxLength.
     [[nodiscard]] rob::PosTemplate<double> position(const char* key) const;
+    /// A list of lists of two numbers of at most maxLength.
+    [[nodiscard]] std::vector<std::array<double, 2>> pairs(const char* key) const;
     /// An array; an empty one when absent.
     [[nodiscard]] const nlohmann::json& list(const char* key) const;
     /// An object; an empty one when absent.

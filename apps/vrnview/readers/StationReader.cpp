@@ -89,6 +89,7 @@ Content StationReader::read(const nlohmann::json& station) {
     each("objects", "object", &StationReader::addObject);
     each("tasks", "task", &StationReader::addTask);
     each("attachments", "attachment", &StationReader::addAttachment);
+    placeJointTargets();
     return std::move(content);
 }
 
@@ -118,7 +119,7 @@ void StationReader::warnUnknown(const JsonFields& fields, const std::string& lab
 
 void StationReader::checkId(const JsonFields& fields) const {
     if (!fields.has("id")) return;
-    if (placed.contains(fields.text("id"))) throw std::runtime_error("the id is used twice");
+    if (content.ids.contains(fields.text("id"))) throw std::runtime_error("the id is used twice");
 }
 
 void StationReader::enter(const JsonFields& fields, sdf::SdfNode& object, const Placed& entry) {
@@ -329,7 +330,7 @@ JointedObject& StationReader::addLinks(const JsonFields& fields, layout::Mechani
 void StationReader::addRobot(const JsonFields& fields, const std::string& label) {
     warnUnknown(fields, label,
                 {"type", "id", "name", "pose", "hidden", "file", "vendor", "links", "joints",
-                 "jointValues", "wrist"});
+                 "jointValues", "wrist", "workEnvelope"});
     RobotDescription links = description(fields);
     const std::filesystem::path from = fields.has("file") ? fileAt(fields) : file;
     links.name = fields.textOr("name", fields.textOr("id", links.name));
@@ -344,6 +345,7 @@ void StationReader::addRobot(const JsonFields& fields, const std::string& label)
     entry.mount = robot.wrist()->id;
     entry.links = &robot;
     enter(fields, robot, entry);
+    if (fields.has("workEnvelope")) addEnvelope(fields, robot, label);
 }
 
 void StationReader::addTool(const JsonFields& fields, const std::string& label) {

@@ -9,6 +9,8 @@
 #include "apps/vrnview/readers/JsonFields.h"
 
 namespace vrn::task {
+class DataItem;
+class Operation;
 class Path;
 class ToolDataItem;
 }  // namespace vrn::task
@@ -77,9 +79,26 @@ private:
     void addAttachment(const JsonFields& fields, const std::string& label);
     [[nodiscard]] std::uint32_t mountOf(const JsonFields& fields, const Placed& parent) const;
     void addTask(const JsonFields& fields, const std::string& label);
-    void addToolData(const JsonFields& fields, task::Task& task);
+    void addToolData(const JsonFields& fields, const std::string& label, task::Task& task);
+    void addJointTarget(const JsonFields& fields, const std::string& label, task::Task& task);
     void addPath(const JsonFields& fields, const std::string& label, task::Task& task);
-    void addMove(const JsonFields& fields, task::Path& path);
+    void addMove(const JsonFields& fields, const std::string& label, task::Path& path);
+    [[nodiscard]] task::WObjDataItem& workObjectOf(const JsonFields& fields,
+                                                   bool mayBeAbsent) const;
+    [[nodiscard]] const task::RobTargetDataItem& targetOf(const JsonFields& fields,
+                                                          const char* key) const;
+    [[nodiscard]] MoveData moveData(const JsonFields& fields, sdf::ObjectType type) const;
+    void addOperation(const JsonFields& fields, const std::string& label,
+                      task::Operation* container);
+    void addGroup(const JsonFields& fields, const std::string& label, sdf::ObjectType type,
+                  task::Operation* container);
+    void addPathOperation(const JsonFields& fields, const std::string& label, sdf::ObjectType type,
+                          task::Operation* container);
+    void enterNamed(const JsonFields& fields, const sdf::SdfNode& object);
+
+    void addEnvelope(const JsonFields& fields, layout::Manipulator& robot,
+                     const std::string& label);
+    void placeJointTargets();
 
     std::filesystem::path file;
     Content content;
@@ -88,6 +107,16 @@ private:
     std::map<std::string, task::WObjDataItem*> workObjects;  ///< by key
     /// By the work object's key, a slash and the target's name.
     std::map<std::string, task::RobTargetDataItem*> targets;
+    /// What the moves of the task that is being made may name, by name.
+    struct TaskNames {
+        JointedObject* robot = nullptr;  ///< null for a task without one
+        task::WObjDataItem* firstWorkObject = nullptr;
+        std::uint32_t firstTool = 0;  ///< 0: there is none
+        std::map<std::string, std::uint32_t> tools;
+        std::map<std::string, task::JointTargetDataItem*> jointTargets;
+        std::map<std::string, task::Path*> paths;
+    };
+    TaskNames taskNames;
     std::string currentRoot;  ///< the key of the object in the station that is being made
 };
 
