@@ -38,13 +38,15 @@ void EmitStrip(vec4 a, vec4 colourA, vec4 b, vec4 colourB) {
     vec2 way = (nearB.xy / nearB.w - nearA.xy / nearA.w) * halfSize;
     float size = length(way);
     vec2 along = size > 1e-4 ? way / size : vec2(1.0, 0.0);
-    vec2 reach = 0.5 * widthPx * along / halfSize;
-    vec2 aside = 0.5 * widthPx * vec2(-along.y, along.x) / halfSize;
-    // Each end reaches half a width further, which closes the joints of a bent line.
-    Emit(nearA + vec4((aside - reach) * nearA.w, 0.0, 0.0), colourA);
-    Emit(nearA + vec4((-aside - reach) * nearA.w, 0.0, 0.0), colourA);
-    Emit(nearB + vec4((aside + reach) * nearB.w, 0.0, 0.0), colourB);
-    Emit(nearB + vec4((-aside + reach) * nearB.w, 0.0, 0.0), colourB);
+    // Each end reaches half a width further, which closes the joints of a bent line. Its depth goes
+    // on as along the line: what a line is cut into must not change where it lies.
+    float depth = (nearB.z / nearB.w - nearA.z / nearA.w) * min(0.5 * widthPx / max(size, 1e-4), 1.0);
+    vec3 reach = vec3(0.5 * widthPx * along / halfSize, depth);
+    vec3 aside = vec3(0.5 * widthPx * vec2(-along.y, along.x) / halfSize, 0.0);
+    Emit(nearA + vec4((aside - reach) * nearA.w, 0.0), colourA);
+    Emit(nearA + vec4((-aside - reach) * nearA.w, 0.0), colourA);
+    Emit(nearB + vec4((aside + reach) * nearB.w, 0.0), colourB);
+    Emit(nearB + vec4((-aside + reach) * nearB.w, 0.0), colourB);
     EndPrimitive();
 }
 
