@@ -51,7 +51,8 @@ bool NamesAreKnown(const Viewer& viewer, const Options& options) {
     };
     check("--select", options.looks.select);
     check("--highlight", options.looks.highlight);
-    check("--hide", options.looks.hide);
+    for (const std::string& name : options.looks.hide)
+        if (!viewer.switchOf(name)) tell("--hide", name, "an object");
     const auto& view = options.looks.foundView;
     if (const auto* object = view ? std::get_if<ViewOfObject>(&*view) : nullptr)
         check("--view focus", {object->name});
@@ -70,10 +71,19 @@ std::vector<InputFile> PlainInputs(const Options& options) {
     return inputs;
 }
 
+/// As if the first task had run, and the robot then gone back to where it stands.
+void ShowTrace(const Viewer& viewer) {
+    const PlannedTask planned = PlanTask(viewer.getContents().front(), /*name=*/std::nullopt);
+    ProgramPlayer player(*planned.robot, planned.plan);
+    player.start();
+    player.drawTrace();
+}
+
 int RenderInputs(const Options& options, const std::vector<InputFile>& inputs) {
     Viewer viewer;
     viewer.setJoints(options.joints);
     const std::vector<InputReport> reports = OpenAll(viewer, inputs);
+    if (options.command == Options::Command::Demo) ShowTrace(viewer);
     const bool known = NamesAreKnown(viewer, options);
     viewer.takePicture(options.widthPx, options.heightPx, options.looks).savePng(options.output);
     std::cout << options.output.string() << '\n' << CountsLine(viewer.report().totals) << '\n';

@@ -102,12 +102,12 @@ private:
         return selectArea(area);
     }
     [[nodiscard]] Json perform(const drive::Select& a) {
-        const std::vector<std::uint32_t> ids = idsOf(a.objects);
+        const std::vector<std::uint32_t> ids = idsOf(a.objects, &Viewer::idOf);
         Select(ids, {});
         return objectsJson(ids);
     }
     [[nodiscard]] Json perform(const drive::Show& a) {
-        const std::vector<std::uint32_t> ids = idsOf(a.objects);
+        const std::vector<std::uint32_t> ids = idsOf(a.objects, &Viewer::switchOf);
         for (const std::uint32_t id : ids) scene.setVisualVisible(id, a.show);
         return objectsJson(ids);
     }
@@ -133,11 +133,14 @@ private:
         Select(area.ids, area.points);
         return AreaJson(area.report);
     }
-    [[nodiscard]] std::vector<std::uint32_t> idsOf(const std::vector<std::string>& names) {
+    using LookUp = std::optional<std::uint32_t> (Viewer::*)(const std::string& name) const;
+
+    [[nodiscard]] std::vector<std::uint32_t> idsOf(const std::vector<std::string>& names,
+                                                   LookUp lookUp) {
         std::vector<std::uint32_t> ids;
         loop.ask([&] {
             for (const std::string& name : names) {
-                const std::optional<std::uint32_t> id = stage.viewer.idOf(name);
+                const std::optional<std::uint32_t> id = (stage.viewer.*lookUp)(name);
                 if (!id)
                     throw std::runtime_error(
                         std::format("no input has an object of the name \"{}\"", name));

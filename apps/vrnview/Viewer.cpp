@@ -28,6 +28,7 @@
 #include "suite/layout/Part.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
+#include "suite/task/Operation.h"
 #include "view/Camera.h"
 #include "visual/Visual.h"
 
@@ -53,7 +54,10 @@ void Paint(const Content& content, const std::string& colour) {
 Viewer::Viewer() {
     const StandardOutputAside aside;
     selection::Init();
-    visual::Init(windowWidth, windowHeight, visual::SceneSettings{});
+    visual::SceneSettings settings;
+    settings.drawTargetVisual = true;
+    settings.drawPathArrow = true;
+    visual::Init(windowWidth, windowHeight, settings);
     // A frame is for the picture alone; drawing the empty window as well would only cost time.
     visual::gRenderEngine->root->getRenderTarget("ogrewindow")->setAutoUpdated(false);
 }
@@ -123,6 +127,24 @@ std::optional<std::uint32_t> Viewer::idOf(const std::string& name) const {
     return oldest;
 }
 
+std::optional<std::uint32_t> Viewer::switchOf(const std::string& name) const {
+    if (const auto id = idOf(name)) return id;
+    const auto isOperation = [](const sdf::SdfNode* object) {
+        return dynamic_cast<const task::Operation*>(object) != nullptr;
+    };
+    for (const Content& content : contents) {
+        const auto found = content.ids.find(name);
+        if (found != content.ids.end() && isOperation(sdf::SdfManager::inst()->find(found->second)))
+            return found->second;
+        for (const task::Operation* operation : content.operations) {
+            if (operation->name == name) return operation->id;
+            for (const sdf::SdfObject* child : operation->getChildren())
+                if (child->name == name && isOperation(child)) return child->id;
+        }
+    }
+    return std::nullopt;
+}
+
 /// The mode first: it makes all bodies visible.
 void Viewer::apply(const Looks& looks) const {
     visual::Scene& scene = *visual::Scene::Get();
@@ -130,7 +152,7 @@ void Viewer::apply(const Looks& looks) const {
     for (const Content& content : contents)
         for (const std::uint32_t id : content.hidden) scene.setVisualVisible(id, false);
     for (const std::string& name : looks.hide)
-        if (const auto id = idOf(name)) scene.setVisualVisible(*id, false);
+        if (const auto id = switchOf(name)) scene.setVisualVisible(*id, false);
     std::vector<std::uint32_t> selected;
     for (const std::string& name : looks.select)
         if (const auto id = idOf(name)) selected.push_back(*id);

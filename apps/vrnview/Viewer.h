@@ -47,6 +47,10 @@ public:
     /// there.
     [[nodiscard]] std::optional<std::uint32_t> idOf(const std::string& name) const;
 
+    /// The same for what can be hidden and shown: also path groups and operations, which have no
+    /// visual of their own.
+    [[nodiscard]] std::optional<std::uint32_t> switchOf(const std::string& name) const;
+
     /// The scene with these looks, which stay; names of no object are passed over. See ViewTarget
     /// for how it is rendered.
     [[nodiscard]] headless::Picture takePicture(int widthPx, int heightPx, const Looks& looks);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <gp_Pnt2d.hxx>
 #include <gp_Trsf.hxx>
 
 #include <array>
 #include <optional>
+#include <vector>
 
 #include "examples/cell/Linkage.h"
 
@@ -39,5 +41,9 @@ using ArmPosture = std::array<double, 6>;
 /// robot facing the place, and axis 5 bent upward or downward as `wristFlipped` says. Nothing if it
 /// is out of reach or beyond a joint's limit.
 [[nodiscard]] std::optional<ArmPosture> PostureAt(const gp_Trsf& flange, bool wristFlipped = false);
+
+/// How far out the wrist's centre comes with axis 1 at zero: x and z in the arm's frame, from below
+/// in front of the arm over its head to its back, so that the outside is to the right.
+[[nodiscard]] std::vector<gp_Pnt2d> WristReach();
 
 }  // namespace vrn::examples

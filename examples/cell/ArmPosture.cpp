@@ -42,6 +42,15 @@ std::array<double, 3> WristFor(const gp_Mat& turn, bool flipped) {
             std::atan2(sign * turn(1, 2), sign * turn(1, 3))};
 }
 
+/// The wrist's centre for axes 2 and 3.
+gp_Pnt2d WristAt(double second, double third) {
+    const double whole = second + third;
+    return {arm::shoulderForward + arm::lowerLength * std::sin(second) +
+                arm::upperLength * std::cos(whole) + arm::elbowRise * std::sin(whole),
+            arm::shoulderHeight + arm::lowerLength * std::cos(second) -
+                arm::upperLength * std::sin(whole) + arm::elbowRise * std::cos(whole)};
+}
+
 gp_Quaternion About(const gp_Vec& axis, double angle) { return {axis, angle}; }
 
 }  // namespace
@@ -66,6 +75,21 @@ std::optional<ArmPosture> PostureAt(const gp_Trsf& flange, bool wristFlipped) {
             return std::nullopt;
     }
     return posture;
+}
+
+std::vector<gp_Pnt2d> WristReach() {
+    // Where lower and upper arm point one way.
+    const double stretched = -std::atan2(arm::upperLength, arm::elbowRise);
+    const AngleRange& second = arm::limits[1];
+    std::vector<gp_Pnt2d> border;
+    constexpr int steps = 100;
+    for (int i = 0; i <= steps; ++i) {
+        const double part = static_cast<double>(i) / steps;
+        border.push_back(WristAt(
+            (second.upperDegrees + (second.lowerDegrees - second.upperDegrees) * part) * degree,
+            stretched));
+    }
+    return border;
 }
 
 }  // namespace vrn::examples

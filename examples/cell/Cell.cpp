@@ -22,7 +22,7 @@ constexpr double degree = std::numbers::pi / 180;
 
 constexpr int rowsPerBlade = 8, placesPerRow = 96;
 // The target that the cutter stands on.
-constexpr std::size_t touchedBlade = 0, touchedRow = 5, touchedPlace = 40;
+constexpr const char* touchedTarget = "b2_tip";
 
 gp_Trsf At(const gp_Vec& position) {
     gp_Trsf trsf;
@@ -44,9 +44,9 @@ gp_Trsf Frame(const gp_Pnt& origin, const gp_Dir& z, const gp_Dir& x) {
     return trsf;
 }
 
-/// A tool frame of the spindle: its Z along the flange's X.
+/// A tool frame of the spindle: from its tip back, along the flange's X.
 gp_Trsf ToolFrame(double x, double z) {
-    return Frame(gp_Pnt(x, 0, z), gp_Dir(1, 0, 0), gp_Dir(0, 0, -1));
+    return Frame(gp_Pnt(x, 0, z), gp_Dir(-1, 0, 0), gp_Dir(0, 0, -1));
 }
 
 BladeTargets TargetsOn(const Propeller& propeller, int blade) {
@@ -88,17 +88,9 @@ std::vector<StandingBody> MakeFence() {
     return {posts, panels};
 }
 
-/// The posture that brings the cutter onto the touched target from outside, the flange's axis as
-/// level as the surface lets it.
+/// The posture that brings the cutter onto the touched target.
 ArmPosture PostureOnTarget(const RobotCell& cell) {
-    const BladeTargets& blade = cell.blades.at(touchedBlade);
-    const gp_Trsf target = TargetPlace(cell, blade, blade.rows.at(touchedRow).at(touchedPlace));
-    const gp_Pnt point = gp_Pnt(0, 0, 0).Transformed(target);
-    const gp_Dir into = -gp_Dir(0, 0, 1).Transformed(target);
-    // Away from the arm, square to the cutter.
-    const gp_Vec ahead(point.X(), point.Y(), 0);
-    const gp_Vec outOfFlange = ahead - gp_Vec(into) * (ahead * gp_Vec(into));
-    const gp_Trsf cutter = Frame(point, into, gp_Dir(-outOfFlange));
+    const gp_Trsf cutter = TargetPlace(cell, cell.finishing, touchedTarget);
     const gp_Trsf flange = cell.armPlace.Inverted() * cutter * cell.cutterFrame.Inverted();
     const std::optional<ArmPosture> posture = PostureAt(flange);
     if (!posture) throw std::runtime_error("the arm does not reach its target");
@@ -124,7 +116,7 @@ RobotCell MakeCell() {
     cell.arm = MakeArm();
     cell.positioner = MakePositioner();
     cell.positionerPlace = At({2200, 0, 0});
-    cell.positioner.valuesDegrees = {-18, 168};
+    cell.positioner.valuesDegrees = {6, 160};
 
     cell.tool = MakeSpindle();
     cell.cutterFrame = ToolFrame(spindle::cutterX, spindle::cutterZ);
@@ -135,6 +127,7 @@ RobotCell MakeCell() {
     cell.fixtureOnFaceplate = At({0, 0, positioner::plateThickness});
     cell.workpieceOnFaceplate = At({0, 0, positioner::plateThickness + fixtureSeat});
     for (int i = 0; i < propeller.blades; ++i) cell.blades.push_back(TargetsOn(propeller, i));
+    cell.finishing = MakeFinishing(cell);
 
     cell.scan = ScanOf(cell.workpiece.shape);
     cell.scanPlace = TurnedAt({1420, -1000, standHeight + 60}, 20);
@@ -143,8 +136,12 @@ RobotCell MakeCell() {
                          {MakeCabinet(), {TurnedAt({-420, 1020, 0}, 0)}},
                          {MakeStand(), {At({1420, -1000, 0})}}};
     cell.fence = MakeFence();
-    cell.cameraPosition = {4050, -3700, 2350};
-    cell.cameraTarget = {1160, 60, 860};
+    cell.sensors = {
+        {"light_barrier", {-1000, -1420, 420}, {4240, 0, 0}, {}, 5},
+        {"part_gate", {1240, -1165, standHeight}, {0, 0, 120}, gp_Vec(0, 170, 0)},
+    };
+    cell.cameraPosition = {3950, -3420, 2780};
+    cell.cameraTarget = {1280, 20, 865};
 
     const ArmPosture posture = PostureOnTarget(cell);
     for (std::size_t i = 0; i < posture.size(); ++i) cell.arm.valuesDegrees[i] = posture[i];

@@ -2,11 +2,14 @@
 
 #include <gp_Pnt.hxx>
 #include <gp_Trsf.hxx>
+#include <gp_Vec.hxx>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "examples/cell/Arm.h"
+#include "examples/cell/Finishing.h"
 #include "examples/cell/Linkage.h"
 #include "examples/cell/Paint.h"
 #include "examples/cell/Propeller.h"
@@ -18,6 +21,15 @@ namespace vrn::examples {
 struct StandingBody {
     PaintedBody body;
     std::vector<gp_Trsf> places;
+};
+
+/// A sensor: a segment to `a`, or, with `b`, a parallelogram; both from `place`.
+struct CellSensor {
+    std::string name;
+    gp_Pnt place;
+    gp_Vec a;
+    std::optional<gp_Vec> b{};
+    double radius = 0;  ///< of a segment
 };
 
 /// The rows of one blade as targets, each in the frame of its work object: Z out of the surface, X
@@ -37,19 +49,21 @@ struct RobotCell {
     Linkage positioner;
     gp_Trsf positionerPlace;
 
-    std::vector<PaintedBody> tool;  ///< in the flange's frame, where it is attached
-    gp_Trsf cutterFrame, probeFrame;
+    std::vector<PaintedBody> tool;    ///< in the flange's frame, where it is attached
+    gp_Trsf cutterFrame, probeFrame;  ///< Z from the tip back into the tool
 
     PaintedBody workpiece;
     gp_Trsf workpieceOnFaceplate;
     TopoDS_Shape fixture;
     gp_Trsf fixtureOnFaceplate;
     std::vector<BladeTargets> blades;
+    Finishing finishing;
 
     std::vector<ScanPoint> scan;  ///< of the workpiece, in its own frame
     gp_Trsf scanPlace;
 
     std::vector<StandingBody> surroundings, fence;
+    std::vector<CellSensor> sensors;
     gp_Pnt cameraPosition, cameraTarget;
 };
 

@@ -100,7 +100,7 @@ public:
                             {{"position", ListOf(cell.cameraPosition.XYZ())},
                              {"target", ListOf(cell.cameraTarget.XYZ())}}},
                            {"objects", objects()},
-                           {"tasks", Json::array({task()})},
+                           {"tasks", Json::array({finishing(), grinding()})},
                            {"attachments", attachments()}};
         std::string text;
         AppendText(text, station, 0);
@@ -171,6 +171,12 @@ private:
         Json json = mechanism("robot", cell.arm, cell.armPlace);
         json["vendor"] = "";
         json["wrist"] = cell.arm.links.back().name;
+        Json profile = Json::array();
+        for (const gp_Pnt2d& at : WristReach())
+            profile.push_back({Rounded(at.X()), Rounded(at.Y())});
+        json["workEnvelope"] = {{"profile", std::move(profile)},
+                                {"from", arm::limits[0].lowerDegrees},
+                                {"to", arm::limits[0].upperDegrees}};
         return json;
     }
 
@@ -243,15 +249,30 @@ private:
         list.push_back(scan());
         list.push_back(
             {{"type", "frame"}, {"id", "stand_frame"}, {"pose", PoseOf(cell.scanPlace)}});
+        for (const CellSensor& each : cell.sensors) list.push_back(sensor(each));
         return list;
+    }
+
+    static Json sensor(const CellSensor& source) {
+        Json json{{"type", "sensor"}, {"id", source.name}};
+        json["pose"] = {{"position", ListOf(source.place.XYZ())}};
+        if (source.b) {
+            json["sideA"] = ListOf(source.a.XYZ());
+            json["sideB"] = ListOf(source.b->XYZ());
+        } else {
+            json["to"] = ListOf(source.a.XYZ());
+            json["radius"] = source.radius;
+        }
+        return json;
     }
 
     static std::string TargetName(std::size_t row, std::size_t place) {
         return 'r' + std::to_string(row + 1) + 'p' + std::to_string(place + 1);
     }
 
+    /// The blades' own are many: they are there, and not shown.
     Json workObject(const BladeTargets& blade) const {
-        Json json{{"id", blade.name}, {"parent", cell.workpiece.name}};
+        Json json{{"id", blade.name}, {"parent", cell.workpiece.name}, {"hidden", true}};
         SetPose(json, "pose", blade.userFrame);
         SetPose(json, "objectFrame", blade.objectFrame);
         for (std::size_t row = 0; row < blade.rows.size(); ++row)
@@ -274,17 +295,50 @@ private:
         return {{"name", "grind_" + blade.name}, {"moves", std::move(moves)}};
     }
 
-    Json task() const {
+    void addTool(Json& task, const char* name, const gp_Trsf& frame) const {
+        task["tools"].push_back({{"name", name}, {"tool", "spindle"}, {"pose", PoseOf(frame)}});
+    }
+
+    Json grinding() const {
         Json json{{"name", "grinding"}, {"robot", cell.arm.name}};
+        Json group{{"type", "pathGroup"}, {"id", "grinding_rows"}, {"hidden", true}};
         for (const BladeTargets& blade : cell.blades) {
             json["workObjects"].push_back(workObject(blade));
             json["paths"].push_back(path(blade));
+            group["operations"].push_back({{"path", json["paths"].back()["name"]}});
         }
-        const auto addTool = [&json](const char* name, const gp_Trsf& frame) {
-            json["tools"].push_back({{"name", name}, {"tool", "spindle"}, {"pose", PoseOf(frame)}});
-        };
-        addTool("cutter", cell.cutterFrame);
-        addTool("probe", cell.probeFrame);
+        addTool(json, "probe", cell.probeFrame);
+        json["operations"].push_back(std::move(group));
+        return json;
+    }
+
+    Json finishing() const {
+        const Finishing& program = cell.finishing;
+        Json wobj{{"id", program.workObject}, {"parent", cell.workpiece.name}};
+        SetPose(wobj, "pose", program.userFrame);
+        for (const auto& [name, place] : program.targets)
+            wobj["targets"].push_back({{"name", name}, {"pose", PoseOf(place)}});
+        Json home{{"name", program.home}, {"values", Json::object()}};
+        for (std::size_t i = 0; i < program.homeDegrees.size(); ++i)
+            home["values"][cell.arm.links[i].joint.name] = program.homeDegrees[i];
+        Json json{{"name", "finishing"},
+                  {"robot", cell.arm.name},
+                  {"workObjects", Json::array({std::move(wobj)})},
+                  {"jointTargets", Json::array({std::move(home)})}};
+        addTool(json, "cutter", cell.cutterFrame);
+        for (const CellPath& path : program.paths) {
+            Json moves = Json::array();
+            for (const CellMove& move : path.moves) moves.push_back(moveOf(program, move));
+            json["paths"].push_back({{"name", path.name}, {"moves", std::move(moves)}});
+        }
+        return json;
+    }
+
+    static Json moveOf(const Finishing& program, const CellMove& move) {
+        Json json{{"type", move.type}, {"workObject", program.workObject}};
+        json[move.isToJoints ? "jointTarget" : "target"] = move.target;
+        if (!move.via.empty()) json["circle"] = move.via;
+        json["speed"] = move.speed;
         return json;
     }
 

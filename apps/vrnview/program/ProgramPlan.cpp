@@ -19,7 +19,17 @@ constexpr double degree = std::numbers::pi / 180;
 // these a big arm by some hundredths of a millimetre.
 constexpr double stepMm = 4, stepDegrees = 1, jointStepDegrees = 2;
 
+// A path shows an arc by so many chords; what follows it has points at their ends, so that the two
+// lie in one line.
+constexpr std::size_t arcParts = 20;
+
+// Of one move: more would be kilometres, or thousands of turns.
+constexpr double mostSteps = 1e6;
+// Of a whole program: about a gigabyte.
+constexpr std::size_t mostPoints = 5'000'000;
+
 std::size_t StepsFor(double length, double step) {
+    if (!(length / step <= mostSteps)) throw std::runtime_error("the way there is too long");
     return static_cast<std::size_t>(std::ceil(std::max(length / step, 1.0)));
 }
 
@@ -57,6 +67,7 @@ private:
         return program.tools.at(program.moves[move].tool);
     }
     void add(std::size_t move, double seconds) {
+        if (plan.points.size() >= mostPoints) throw std::runtime_error("the program is too long");
         plan.points.push_back(
             {seconds, values, Compose(program.place, toolOf(move).toolAt(values)), 0, move});
     }
@@ -121,11 +132,12 @@ private:
             // As the path shows it.
             if (arc) way = *arc;
         }
+        if (way.isArc()) plan.arcMoves.insert(index);
         const double turn = way.turnRad() / degree;
         const double start = plan.getSeconds();
         const double duration = std::max(way.length() / move.speed, turn / ProgramPlan::turnSpeed);
-        const std::size_t steps =
-            std::max(StepsFor(way.length(), stepMm), StepsFor(turn, stepDegrees));
+        std::size_t steps = std::max(StepsFor(way.length(), stepMm), StepsFor(turn, stepDegrees));
+        if (way.isArc()) steps = (steps + arcParts - 1) / arcParts * arcParts;
         for (std::size_t i = 1; i <= steps; ++i) {
             const double part = static_cast<double>(i) / static_cast<double>(steps);
             const Pose wanted = way.at(part);
@@ -186,19 +198,24 @@ JointValues ProgramPlan::valuesAt(double seconds) const {
 
 std::vector<PlanPoint> ProgramPlan::tracePoints(double spacing) const {
     std::vector<PlanPoint> traced;
-    double way = 0;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const PlanPoint& point = points[i];
-        if (point.move == 0) continue;
-        const bool isFirst = points[i - 1].move != point.move;
-        const bool isLast = i + 1 == points.size() || points[i + 1].move != point.move;
-        const double step = (point.tool.position - points[i - 1].tool.position).length();
-        const double nextStep =
-            isLast ? 0 : (points[i + 1].tool.position - point.tool.position).length();
-        way += step;
-        if (!isFirst && !isLast && way + nextStep <= spacing) continue;
-        traced.push_back(point);
-        way = 0;
+    for (std::size_t first = 0, end = 0; first < points.size(); first = end) {
+        const auto isOther = [&](const PlanPoint& point) {
+            return point.move != points[first].move;
+        };
+        const auto found = std::find_if(points.begin() + static_cast<std::ptrdiff_t>(first),
+                                        points.end(), isOther);
+        end = static_cast<std::size_t>(found - points.begin());
+        if (points[first].move == 0) continue;
+        double way = 0;
+        for (std::size_t i = first + 1; i < end; ++i)
+            way += (points[i].tool.position - points[i - 1].tool.position).length();
+        // As many equal parts as it takes; they divide the steps of an arc evenly.
+        const std::size_t steps = end - first - 1;
+        const double stepsApart = static_cast<double>(steps) * spacing / std::max(way, spacing);
+        std::size_t stride = std::max<std::size_t>(1, static_cast<std::size_t>(stepsApart));
+        if (arcMoves.contains(points[first].move)) stride = steps / arcParts;
+        for (std::size_t i = first; i < end; ++i)
+            if ((i - first) % stride == 0 || i + 1 == end) traced.push_back(points[i]);
     }
     return traced;
 }

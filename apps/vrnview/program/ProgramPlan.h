@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <vector>
 
 #include "apps/vrnview/program/RobotProgram.h"
@@ -39,14 +40,16 @@ public:
     /// At a moment; before the start the first, after the end the last.
     [[nodiscard]] JointValues valuesAt(double seconds) const;
     /// The points to draw the tool's way through: the first and the last of each move, and in
-    /// between one every `spacing` millimetres at most. The way to the first target, which begins
-    /// where the robot happens to stand, is no part of it.
+    /// between about one every `spacing` millimetres, on an arc the ends of the chords that a path
+    /// shows it by. The way to the first target, which begins where the robot happens to stand, is
+    /// no part of it.
     [[nodiscard]] std::vector<PlanPoint> tracePoints(double spacing = 10) const;
 
     static constexpr double turnSpeed = 90;  ///< degrees a second
 
 private:
     std::vector<PlanPoint> points;
+    std::set<std::size_t> arcMoves;  ///< indices of the moves that go round
     PoseError worst;
     std::size_t moveCount = 0;
 

@@ -20,6 +20,7 @@ public:
     /// `part` from 0, the start, to 1, the end, which it answers as they were given.
     [[nodiscard]] Pose at(double part) const;
     [[nodiscard]] double length() const { return lengthMm; }
+    [[nodiscard]] bool isArc() const { return sweep > 0; }
     [[nodiscard]] double turnRad() const { return angle; }
 
 private:

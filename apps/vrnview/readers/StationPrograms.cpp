@@ -179,8 +179,9 @@ MoveData StationReader::moveData(const JsonFields& fields, ObjectType type) cons
     MoveData data;
     data.speed =
         fields.numberOr("speed", type == ObjectType::JointMove ? defaultJointSpeed : defaultSpeed);
-    if (!(data.speed > 0) || !std::isfinite(data.speed))
-        throw std::runtime_error("'speed' must be above 0");
+    constexpr double slowest = 0.001, fastest = 1e6;
+    if (!(data.speed >= slowest && data.speed <= fastest))
+        throw std::runtime_error("'speed' must be from 0.001 to 1000000");
     data.toolDataId = taskNames.firstTool;
     if (fields.has("tool")) {
         const auto tool = taskNames.tools.find(fields.text("tool"));
@@ -313,8 +314,12 @@ void StationReader::addEnvelope(const JsonFields& fields, layout::Manipulator& r
             const bool turnsBack = !((after - before).length() > rob::zeroLength);
             envelope.normals.push_back(NormalOf(before, turnsBack ? envelope.points[i] : after));
         }
-        envelope.fromRad = given.numberOr("from", -180) * degree;
-        envelope.toRad = given.numberOr("to", 180) * degree;
+        const double from = given.numberOr("from", -180), to = given.numberOr("to", 180);
+        constexpr double mostTurned = 3600;
+        if (!(std::abs(from) <= mostTurned && std::abs(to) <= mostTurned))
+            throw std::runtime_error("'from' and 'to' must be from -3600 to 3600");
+        envelope.fromRad = from * degree;
+        envelope.toRad = to * degree;
         envelope.showsOutline = given.flagOr("outline", true);
         envelope.showsSurface = given.flagOr("surface", false);
         content.envelopes.push_back(std::move(envelope));
