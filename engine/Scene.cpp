@@ -78,7 +78,7 @@ void Scene::addTempVisual(Visual* visual) { tempVisuals[visual->id] = visual; }
 
 void Scene::deleteVisual(Visual* visual) {
     if (!visual) return;
-    if (attachedGui && releaseAttachedGui(visual)) return;
+    if (releaseAttachedGui(visual)) return;
     // A copy has the id of its source, which must stay registered when the copy goes.
     for (auto* registry : {&visuals, &tempVisuals}) {
         const auto entry = registry->find(visual->id);

@@ -607,7 +607,7 @@ private:
     void doDrawPolyline(const std::vector<rob::PosTemplate<float>>& points, bool withArrow);
     void doShowUVIndicatorVisual(const TopoDS_Face& face);
     void doAttachGui(GuiVisual* gui, Visual* visual, const rob::PoseTemplate<float>& pose);
-    /// True if the dying visual is the attached handle itself, which is not to be deleted.
+    /// True if the dying visual is not to be deleted: the attached handle, or one of Init's.
     bool releaseAttachedGui(const Visual* dying);
     void doCreatePaintVisual(unsigned int target, unsigned int sprayId);
     void doRemovePaintVisual(unsigned int target, unsigned int sprayId);

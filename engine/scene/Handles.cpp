@@ -1,10 +1,13 @@
 // Handles: where they hang, and when they are shown.
 
+#include <initializer_list>
 #include <stdexcept>
 
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "visual/handle/DragHandle.h"
+#include "visual/handle/PathEndsHandle.h"
+#include "visual/handle/VectorHandle.h"
 
 namespace vrn::visual {
 
@@ -15,6 +18,23 @@ VisualClass* Require(VisualClass* visual) {
     if (!visual)
         throw std::invalid_argument("neither the handle nor what it hangs on must be null");
     return visual;
+}
+
+void Release(GuiVisual* gui) {
+    gui->detach();
+    selection::VisualSelection::Get()->setCompoundObjectEnabled(gui, false);
+}
+
+// The library's own handles live as long as the process, also one that hangs where the host left it
+// when it attached another.
+bool ReleaseIfLasting(const Visual* dying) {
+    for (GuiVisual* lasting :
+         std::initializer_list<GuiVisual*>{DragHandle::Get(), gVectorHandle, gPathEndsHandle}) {
+        if (lasting != dying) continue;
+        Release(lasting);
+        return true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -58,15 +78,16 @@ void Scene::detachGui(GuiVisual* gui) {
 }
 
 bool Scene::releaseAttachedGui(const Visual* dying) {
-    // The host keeps its handle: that goes on living, attached to nothing.
-    const bool isHandle = attachedGui == dying;
     const Visual* above = attachedGui;
     while (above && above != dying) above = above->getParent();
-    if (!above) return false;
-    attachedGui->detach();
-    selection::VisualSelection::Get()->setCompoundObjectEnabled(attachedGui, false);
-    attachedGui = nullptr;
-    return isHandle;
+    if (above) {
+        // The host keeps its handle: that goes on living, attached to nothing.
+        const bool isHandle = attachedGui == dying;
+        Release(attachedGui);
+        attachedGui = nullptr;
+        return isHandle;
+    }
+    return dying->type == VisualType::Helper && ReleaseIfLasting(dying);
 }
 
 }  // namespace vrn::visual

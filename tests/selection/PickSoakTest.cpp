@@ -27,6 +27,8 @@
 #include "visual/geometry/PointCloudVisual.h"
 #include "visual/geometry/PointVisual.h"
 #include "visual/geometry/SolidVisual.h"
+#include "visual/handle/DragHandle.h"
+#include "visual/handle/PathEndsHandle.h"
 #include "visual/station/InstanceFrameVisual.h"
 #include "visual/VisualIterator.h"
 
@@ -244,11 +246,13 @@ protected:
 
     // --- what must hold
 
-    /// Every object belongs to a visual that hangs in the scene, and the map and the containers
-    /// tell the same.
+    /// Every object belongs to a visual that hangs in the scene or in a handle that hangs nowhere,
+    /// and the map and the containers tell the same.
     static void expectRegistryConsistent() {
         std::set<Visual*> alive;
-        for (ForestIterator<Visual> it(scene().root); it.next();) alive.insert(it.value());
+        const std::vector<Visual*> starts{scene().root, visual::DragHandle::Get(),
+                                          visual::PathEndsHandle::Get()};
+        for (ForestIterator<Visual> it(starts); it.next();) alive.insert(it.value());
         std::set<BVHPrimitive*> held;
         for (int c = 0; c < 2; ++c) {
             for (BVHPrimitive* primitive :
@@ -335,10 +339,10 @@ protected:
         made.clear();
         pump();
         EXPECT_EQ(pickableCount(), 0u);
-        for (const selection::PrimitiveContainer& container : picking().containers) {
-            EXPECT_TRUE(container.primitives.empty());
+        EXPECT_EQ(picking().containers[0].primitives.size(), picking().objects.size());
+        EXPECT_TRUE(picking().containers[1].primitives.empty());
+        for (const selection::PrimitiveContainer& container : picking().containers)
             EXPECT_EQ(container.tree.root, nullptr);
-        }
     }
 
     std::mt19937 random{20260101};

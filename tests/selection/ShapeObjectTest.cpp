@@ -247,7 +247,8 @@ TEST_F(ShapeObjects, ChangedFacesGiveANewObjectWithTheOldFlags) {
     EXPECT_FALSE(objectOf(solid)->bvhBuilt);
     EXPECT_FALSE(objectOf(solid)->detectable);
     EXPECT_FALSE(objectOf(solid)->enabled);
-    EXPECT_EQ(registry().containers[0].primitives.size(), 1u);
+    EXPECT_EQ(registry().containers[0].primitives.size(), registry().objects.size());
+    EXPECT_EQ(pickableCount(), 1u);
 }
 
 TEST_F(ShapeObjects, WhatHangsBelowASolidStaysRegisteredWhenItsFacesChange) {

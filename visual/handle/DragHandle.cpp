@@ -1,6 +1,10 @@
 #include "visual/handle/DragHandle.h"
 
 #include <algorithm>
+#include <memory>
+#include <stdexcept>
+
+#include <OgreEntity.h>
 
 #include "selection/VisualSelection.h"
 #include "visual/geometry/Hex2RGB.h"
@@ -11,6 +15,17 @@ namespace vrn::visual {
 namespace {
 
 constexpr std::size_t mainCount = 6;
+
+MeshVisual& Required(MeshVisual* handle) {
+    if (!handle) throw std::invalid_argument("a part of the drag handle must not be null");
+    return *handle;
+}
+
+void DressAsHandle(MeshVisual& part) {
+    part.getEntity()->setRenderQueueGroup(HandleMeshVisual::handleQueueGroup);
+    part.setMaterial(DragHandle::MATERIAL_AXIS, "", "");
+    part.resetAppearance();
+}
 
 }  // namespace
 
@@ -120,28 +135,26 @@ void DragHandle::setHandle(MeshVisual*& handle, const std::string& mesh, const s
 
 void DragHandle::setHandle(MeshVisual*& handle, const std::string& mesh,
                            const rob::ColorTemplate<float>& color, float alpha) {
-    auto* part = new HandleMeshVisual(mesh, this);
-    handle = part;
-    part->showHandleMesh(mesh);
-    part->setMaterial(MATERIAL_AXIS, "", "");
-    part->resetAppearance();
+    auto part = std::make_unique<HandleMeshVisual>(mesh, this);  // the tree's once it shows a mesh
+    part->attachMesh(mesh);
+    DressAsHandle(*part);
     part->setColor(color, alpha);
+    handle = part.release();
 }
 
-void DragHandle::clearHandleMesh(MeshVisual*& handle) { handle->clearMesh(); }
+void DragHandle::clearHandleMesh(MeshVisual*& handle) { Required(handle).clearMesh(); }
 
 void DragHandle::resetHandle(MeshVisual*& handle, const std::string& mesh,
                              const std::string& color) {
     clearHandleMesh(handle);
-    dynamic_cast<HandleMeshVisual&>(*handle).showHandleMesh(mesh);
-    handle->setMaterial(MATERIAL_AXIS, "", "");
-    handle->resetAppearance();
+    handle->attachMesh(mesh);
+    DressAsHandle(*handle);
     handle->setColor(color);
 }
 
 void DragHandle::setRotationStyle(MeshVisual*& handle, const std::string& mesh,
                                   const std::string& color) {
-    showSingleHandle(handle);
+    showSingleHandle(&Required(handle));
     resetHandle(handle, mesh, color);
 }
 

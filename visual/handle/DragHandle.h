@@ -77,7 +77,8 @@ public:
     /// all.
     void showSingleHandle(MeshVisual* handle);
 
-    // One part; each throws what MeshVisual::attachMesh and Hex2RGB throw.
+    // One part; each throws what MeshVisual::attachMesh and Hex2RGB throw, and all but setHandle
+    // std::invalid_argument for null.
 
     /// A new part that shows `mesh`.
     void setHandle(MeshVisual*& handle, const std::string& mesh, const std::string& color);

@@ -3,8 +3,10 @@
 #include <OgreSceneNode.h>
 
 #include "engine/Scene.h"
+#include "selection/SelectableObject.h"
 #include "selection/VisualSelection.h"
 #include "view/Camera.h"
+#include "visual/VisualIterator.h"
 
 namespace vrn::visual {
 
@@ -17,6 +19,21 @@ constexpr float mostHandleScale = 10.0f;
 float HandleScale() {
     const float wanted = Scene::Get()->settings.handleScale;
     return wanted >= leastHandleScale && wanted <= mostHandleScale ? wanted : 1.0f;
+}
+
+// A handle that cannot be picked is no reason to take picking out of date: the drag handle is
+// registered from the start, and each move of the camera would. Its boxes follow at the next
+// update, which comes at the latest when it is enabled.
+void NoteNewSize(Visual* handle) {
+    auto* const selection = selection::VisualSelection::Get();
+    bool canBePicked = false;
+    for (ForestIterator<Visual> it(handle); it.next();) {
+        const auto entry = selection->objects.find(it.value());
+        if (entry == selection->objects.end()) continue;
+        entry->second->worldBoxDirty = true;
+        canBePicked = canBePicked || entry->second->enabled;
+    }
+    if (canBePicked) selection->markDirty(handle);
 }
 
 }  // namespace
@@ -45,7 +62,7 @@ void FixedSizeHandle::updateScale() {
     const Ogre::Vector3 wanted(scale, scale, scale);
     if (node->getScale() == wanted) return;
     setScale(scale, scale, scale);
-    if (isRegisteredInSelection()) selection::VisualSelection::Get()->markDirty(this);
+    if (isRegisteredInSelection()) NoteNewSize(this);
 }
 
 void FixedSizeHandle::registerToSelection(bool priority) {

@@ -31,7 +31,8 @@ public:
     ~FixedSizeHandle() override;
 
     /// Sets the scale for the camera's present place. A `handleScale` below 0.5 or above 10 counts
-    /// as 1. The scale of a parent is not made up for: the handle grows with it.
+    /// as 1. The scale of a parent is not made up for: the handle grows with it. A new size of a
+    /// handle that can be picked marks the selection dirty.
     void updateScale();
 
     /// Lets the handle's meshes be picked; with `priority` they beat everything in front of them.

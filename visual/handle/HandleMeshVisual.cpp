@@ -13,4 +13,6 @@ void HandleMeshVisual::setSelected() { Visual::setSelected(); }
 
 void HandleMeshVisual::clearHighlightOrSelect() { Visual::clearHighlightOrSelect(); }
 
+void HandleMeshVisual::setBodyColor(const rob::ColorTemplate<float>& /*color*/, float /*alpha*/) {}
+
 }  // namespace vrn::visual

@@ -17,6 +17,8 @@
 #include "view/Camera.h"
 #include "visual/geometry/Hex2RGB.h"
 #include "visual/handle/HandleMeshVisual.h"
+#include "visual/handle/PathEndsHandle.h"
+#include "visual/handle/VectorHandle.h"
 
 namespace vrn::test {
 
@@ -200,6 +202,38 @@ TEST_F(DragHandleTest, AMeshClearedTwiceIsGoneAndComesBack) {
     EXPECT_EQ(part->getEntity()->getRenderQueueGroup(), 80);
 }
 
+TEST_F(DragHandleTest, APartThatIsNullIsRefused) {
+    MeshVisual* none = nullptr;
+    EXPECT_THROW(handle->clearHandleMesh(none), std::invalid_argument);
+    EXPECT_THROW(handle->resetHandle(none, "DragHandleX", "#F20c00"), std::invalid_argument);
+    EXPECT_THROW(handle->setRotationStyle(none, "DragHandleX", "#F20c00"), std::invalid_argument);
+    EXPECT_EQ(shownParts(), "xxxxxx---");
+}
+
+TEST_F(DragHandleTest, APartOfAnUnknownMeshIsNotMade) {
+    MeshVisual* none = nullptr;
+    const std::size_t children = handle->getChildren().size();
+    EXPECT_ANY_THROW(handle->setHandle(none, "NoSuchMesh", "#F20c00"));
+    EXPECT_EQ(none, nullptr);
+    EXPECT_EQ(handle->getChildren().size(), children);
+}
+
+TEST_F(DragHandleTest, AfterInitNoHandleHangsInTheScene) {
+    EXPECT_FALSE(handle->node->isInSceneGraph());
+    EXPECT_FALSE(visual::VectorHandle::Get()->node->isInSceneGraph());
+    EXPECT_FALSE(visual::PathEndsHandle::Get()->node->isInSceneGraph());
+}
+
+TEST_F(DragHandleTest, ViewsOfTheSceneDoNotFrameIt) {
+    Visual* part = showBoxPart("carrier");
+    lookFrom({900, -1200, 700}, {0, 0, 0});
+    frame();
+    const auto before = scene().getViewAllPose();
+    scene().attachGuiTo(handle, part->id, {{400, 0, 0}, {}});
+    frame();
+    EXPECT_EQ(scene().getViewAllPose(), before);
+}
+
 TEST_F(DragHandleTest, TheFacadeShowsHidesAndResetsInItsTurn) {
     scene().hideDragHandle();
     EXPECT_EQ(shownParts(), "xxxxxx---");
@@ -257,6 +291,21 @@ TEST_F(DragHandleTest, SurvivesTheRemovalOfWhatItHangsOnUnattachedAndNotToBePick
     EXPECT_EQ(scene().attachedGui, nullptr);
     EXPECT_FALSE(VisualSelection::Get()->getObject(handle->handleX)->enabled);
     EXPECT_EQ(DragHandle::Get()->handleX->getMeshName(), "DragHandleX");
+}
+
+TEST_F(DragHandleTest, SurvivesAlsoWhenAnotherHandleHasTakenItsPlaceAsTheAttachedOne) {
+    Visual* part = showBoxPart("carrier");
+    auto* const other = visual::VectorHandle::Get();
+    scene().attachGuiTo(handle, part->id, {});
+    scene().attachGuiTo(other, scene().root, {});
+    VisualSelection::Get()->setCompoundObjectEnabled(handle, true);
+    scene().removeVisual(part->id);
+    pump();
+    EXPECT_EQ(handle->getParent(), nullptr);
+    EXPECT_FALSE(VisualSelection::Get()->getObject(handle->handleX)->enabled);
+    EXPECT_EQ(scene().attachedGui, other);
+    EXPECT_EQ(other->getParent(), scene().root);
+    other->detach();
 }
 
 TEST_F(DragHandleTest, DeletingTheAttachedHandleItselfOnlyDetachesIt) {

@@ -120,6 +120,25 @@ TEST_F(FixedSizeHandleTest, APictureThatLeavesTheScaleLeavesPickingUpToDate) {
     EXPECT_TRUE(VisualSelection::Get()->dirty);
 }
 
+TEST_F(FixedSizeHandleTest,
+       WhatCannotBePickedLeavesPickingUpToDateAndIsFoundInItsNewSizeOnceItCan) {
+    auto* const selection = VisualSelection::Get();
+    handle->registerToSelection(true);
+    selection->setCompoundObjectEnabled(handle.get(), false);
+    scale();
+    lookFrom({0, -8000, 0}, {0, 0, 0});
+    pump();
+    EXPECT_FLOAT_EQ(scale(), 2.0f);
+    EXPECT_FALSE(selection->dirty);
+
+    // The arrow's head is there only in the new size.
+    const auto at = project({2 * 230.0f, 0, 0});
+    EXPECT_FALSE(selection->select(at.x, at.y).hit);
+    selection->setCompoundObjectEnabled(handle.get(), true);
+    pump();
+    EXPECT_EQ(selection->select(at.x, at.y).visual, part);
+}
+
 TEST_F(FixedSizeHandleTest, ADeletedHandleIsAskedForNoSizeAndIsRegisteredNoMore) {
     handle->registerToSelection(true);
     frame();
@@ -139,6 +158,26 @@ TEST_F(FixedSizeHandleTest, AMeshOfAHandleStaysOverTheSceneWhenItIsPointedAtOrSe
     part->clearHighlightOrSelect();
     EXPECT_EQ(group(), 80);
     EXPECT_EQ(part->getEntity()->getSubEntity(0)->getMaterialName(), "Axis");
+}
+
+TEST_F(FixedSizeHandleTest, IsNoBodyOfWhatItHangsOnAndKeepsItsColour) {
+    visual::Visual* carrier = showBoxPart("carrier");
+    const auto bodies = carrier->getBodiesNum(), faces = carrier->getFacesNum(),
+               triangles = carrier->getTrianglesNum(), vertices = carrier->getVerticesNum();
+    const auto colour = [&] { return part->getEntity()->getSubEntity(0)->getCustomParameter(0); };
+    const Ogre::Vector4 before = colour();
+    handle->attachTo(carrier);
+    EXPECT_EQ(carrier->getBodiesNum(), bodies);
+    EXPECT_EQ(carrier->getFacesNum(), faces);
+    EXPECT_EQ(carrier->getTrianglesNum(), triangles);
+    EXPECT_EQ(carrier->getVerticesNum(), vertices);
+    scene().setVisualColor(carrier->id, {0.1f, 0.2f, 0.3f}, 0.5f);
+    pump();
+    EXPECT_EQ(colour(), before);
+    scene().resetColor(carrier->id);
+    pump();
+    EXPECT_EQ(colour(), before);
+    handle->attachTo(scene().root);
 }
 
 }  // namespace vrn::test
