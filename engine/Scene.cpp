@@ -89,6 +89,8 @@ void Scene::deleteVisual(Visual* visual) {
     forgetEdges(visual);
     forgetEnvelope(visual);
     forgetTaskVisual(visual);
+    forgetPreview(visual);
+    forgetMeasure(visual);
     stateManager->remove(visual);
     selection::VisualSelection::Get()->removeCompoundObject(visual);
     delete visual;

@@ -328,9 +328,10 @@ public:
     void setPreviewedJointVisible(const rob::PosTemplate<double>& start,
                                   const rob::PosTemplate<double>& end);
     void setPreviewedJointInvisible();
-    /// A frame of the world under a key of the host's; with `small` a third as long as without. In
-    /// place of an earlier one of that key; the other three look the key up strictly in the task.
-    void createPreviewedFrameVisual(unsigned int id, bool small);
+    /// A frame of the world under a key of the host's, `plain` or dashed, hidden until it is given
+    /// its place. In place of an earlier one of that key; the other three look the key up strictly
+    /// in the task.
+    void createPreviewedFrameVisual(unsigned int id, bool plain);
     void removePreviewedFrameVisual(unsigned int id);
     void setPreviewedFrameVisible(unsigned int id, const rob::PoseTemplate<double>& worldPose);
     void setPreviewedFrameInvisible(unsigned int id);
@@ -362,8 +363,8 @@ public:
     void drawPolylines(const std::vector<std::vector<rob::PosTemplate<float>>>& lines,
                        unsigned int unused, bool withArrow);
     void removePolylines();
-    /// The directions of a face's surface parameters, in the middle of its range. Where the surface
-    /// has none std::overflow_error is thrown in the task.
+    /// The directions of a face's surface parameters, in the middle of its range. Throws in the
+    /// task what UVIndicatorVisual::show throws.
     void showUVIndicatorVisual(const TopoDS_Face& face);
     /// Both do nothing without an indicator.
     void hideUVIndicatorVisual();
@@ -578,6 +579,8 @@ private:
     void doUpdatePath(std::uint32_t id);
     void doUpdateInstruction(task::MoveInst* prev, task::MoveInst* cur);
     void doSetDrawPathArrow(bool on);
+    /// Empties a list, deleting what is in it from the end.
+    void deleteAll(std::vector<Visual*>& list);
     void doPreviewEdge(const TopoDS_Edge& edge, const rob::PoseTemplate<float>& pose);
     void doPreviewEdges(const std::vector<TopoDS_Edge>& edges,
                         const rob::PoseTemplate<float>& pose);
@@ -595,7 +598,7 @@ private:
     void doRemovePreviewedPoints();
     void doPreviewFace(const TopoDS_Face& face, unsigned int id);
     void doPreviewFaces(const std::vector<TopoDS_Face>& faces, unsigned int id);
-    void doCreatePreviewedFrameVisual(unsigned int id, bool small);
+    void doCreatePreviewedFrameVisual(unsigned int id, bool plain);
     void doShowCopiedVisual(unsigned int id, const rob::PoseTemplate<float>& worldPose);
     void doDeleteCopiedVisual();
     void doCreateDistanceVisual(const rob::PosTemplate<double>& a,

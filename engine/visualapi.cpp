@@ -18,6 +18,7 @@
 #include "visual/handle/DragHandle.h"
 #include "visual/handle/PathEndsHandle.h"
 #include "visual/handle/VectorHandle.h"
+#include "visual/preview/PreviewVisualsHelper.h"
 
 namespace vrn::visual {
 
@@ -53,13 +54,16 @@ void Init(int width, int height, const SceneSettings& settings) {
     RunOrAbort([] { gRenderEngine->init(); });
     gMeshMgr = new MeshManager;
     Scene::Init(settings);
+    gPreviewVisualsHelper = new PreviewVisualsHelper;
     Scene::Get()->setGrid(true);
     DragHandle::Build();
     gVectorHandle = new VectorHandle;
     PathEndsHandle::Init();
 }
 
-void ReleaseResources() {}
+void ReleaseResources() {
+    if (PreviewVisualsHelper::Get()) delete gPreviewVisualsHelper;
+}
 
 rob::PoseTemplate<float> GP_Trsf2Posef(const gp_Trsf& transformation) {
     const gp_XYZ& p = transformation.TranslationPart();

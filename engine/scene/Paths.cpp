@@ -1,4 +1,4 @@
-// Paths, their moves, previewed targets and the trace of a tool.
+// Paths, their moves and the trace of a tool.
 
 #include <algorithm>
 #include <stdexcept>
@@ -9,7 +9,6 @@
 #include "suite/smart/StationLogic.h"
 #include "suite/task/Instruction.h"
 #include "suite/task/Task.h"
-#include "visual/station/RobtargetVisual.h"
 #include "visual/task/MoveInstructionVisual.h"
 #include "visual/task/PathGeometry.h"
 #include "visual/task/PathVisual.h"
@@ -186,32 +185,6 @@ void Scene::setDrawSegVisual(bool on) {
         if (visual->type == VisualType::Path) updatePath(id);
 }
 
-void Scene::previewTargets(const std::vector<rob::PoseTemplate<float>>& poses) {
-    post([this, poses] { doPreviewTargets(poses); });
-}
-
-void Scene::doPreviewTargets(const std::vector<rob::PoseTemplate<float>>& poses) {
-    doRemovePreviewedPoints();
-    for (const rob::PoseTemplate<float>& pose : poses) {
-        auto* target = new RobtargetVisual(root, sdf::SdfManager::GenerateTransientId());
-        previewPoints_.push_back(target);
-        target->setPose(pose);
-        target->preview();
-    }
-}
-
-void Scene::removePreviewedPoints() {
-    post([this] { doRemovePreviewedPoints(); });
-}
-
-void Scene::doRemovePreviewedPoints() {
-    while (!previewPoints_.empty()) {
-        Visual* last = previewPoints_.back();
-        previewPoints_.pop_back();
-        deleteVisual(last);
-    }
-}
-
 void Scene::setTcpTrace(TcpTraceVisual* trace) { tcpTrace = trace; }
 
 void Scene::clearTcpTrace() {
@@ -219,7 +192,6 @@ void Scene::clearTcpTrace() {
 }
 
 void Scene::forgetTaskVisual(const Visual* visual) {
-    std::erase(previewPoints_, visual);
     if (visual == tcpTrace) tcpTrace = nullptr;
 }
 

@@ -129,7 +129,8 @@ bool Scene::isFurniture(const Visual* visual) const {
     if (visual->type == VisualType::Frame && visual->isTopLevel() &&
         visual->id >= sdf::SdfManager::firstTransientId)
         return true;
-    return Contains(previewPoints_, visual) || Contains(previewFaces_, visual);
+    return Contains(previewCurves_, visual) || Contains(previewPoints_, visual) ||
+           Contains(previewFaces_, visual);
 }
 
 Ogre::AxisAlignedBox Scene::sceneBox() const {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+
+#include "visual/Visual.h"
+
+namespace vrn::visual {
+
+class DynamicLines;
+class MeshVisual;
+
+/// The axis of a joint that does not exist yet: a line, and at its end an arrow head along it.
+/// Thread: render.
+class VRN_VISUAL_API PreviewedJointVisual : public Visual {
+public:
+    /// Along x through the origin, 2000 long.
+    explicit PreviewedJointVisual(Visual* parent);
+    ~PreviewedJointVisual() override;
+
+    /// In the frame of the visual. Throws std::overflow_error ("0-length vector cannot be
+    /// normalized.") if the two are less than 1e-7 apart; the arrow then stays.
+    void setStartAndEnd(const rob::PosTemplate<float>& start, const rob::PosTemplate<float>& end);
+
+    [[nodiscard]] const DynamicLines& getLine() const { return *line; }
+    [[nodiscard]] MeshVisual* getArrow() const { return arrow; }
+
+private:
+    std::unique_ptr<DynamicLines> line;  ///< never null
+    MeshVisual* arrow;                   ///< a child
+};
+
+}  // namespace vrn::visual
