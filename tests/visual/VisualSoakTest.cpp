@@ -11,6 +11,8 @@
 #include "tests/support/EngineFixture.h"
 #include "visual/geometry/MeshVisual.h"
 #include "visual/geometry/TriangleMeshVisual.h"
+#include "visual/handle/DragHandle.h"
+#include "visual/handle/PathEndsHandle.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/VisualIterator.h"
 
@@ -202,10 +204,13 @@ protected:
                 return mark();
         }
     }
-    /// The maps hold nothing that does not hang in the tree, and the other way round.
+    /// The maps hold nothing that hangs neither in the tree nor in a handle, and the other way
+    /// round.
     void expectConsistent() {
         std::vector<Visual*> inTree;
-        for (ForestIterator<Visual> it(scene().root); it.next();) inTree.push_back(it.value());
+        const std::vector<Visual*> starts{scene().root, visual::DragHandle::Get(),
+                                          visual::PathEndsHandle::Get()};
+        for (ForestIterator<Visual> it(starts); it.next();) inTree.push_back(it.value());
         const auto hangs = [&](const Visual* visual) {
             return std::find(inTree.begin(), inTree.end(), visual) != inTree.end();
         };

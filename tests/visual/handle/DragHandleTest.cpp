@@ -317,27 +317,26 @@ TEST_F(DragHandleTest, DeletingTheAttachedHandleItselfOnlyDetachesIt) {
     EXPECT_EQ(handle->handleX->getMeshName(), "DragHandleX");
 }
 
-TEST_F(DragHandleTest, APersonMovesAPartByItsArrowAndTheArrowStaysUnderTheCursor) {
-    Visual* part = showBoxPart("carrier", {{30, 20, 0}, {}});
+TEST_F(DragHandleTest, APersonMovesATurnedPartByItsArrowsWhichStayUnderTheCursor) {
+    const rob::RotationTemplate<double> turn(0.5, rob::DirTemplate<double>{0, 0.6, 0.8});
+    Visual* part = showBoxPart("carrier", {{30, 20, 0}, turn});
     lookFrom({900, -1200, 700}, {0, 0, 0});
     scene().attachGuiTo(handle, part->id, {});
     VisualSelection::Get()->setCompoundObjectEnabled(handle, true);
-    pump();
     frame();
     pump();
 
     const std::vector<std::pair<MeshVisual*, Vec>> arrows{
         {handle->handleX, {1, 0, 0}}, {handle->handleY, {0, 1, 0}}, {handle->handleZ, {0, 0, 1}}};
     for (const auto& [arrow, axis] : arrows) {
-        const float reach = 100 * handle->node->getScale().x;
-        Pos grabbed = handle->getWorldPosition() + axis * reach;
+        const Vec along = handle->getWorldRotation() * axis;
+        Pos grabbed = handle->getWorldPosition() + along * (100 * handle->node->getScale().x);
         Pixel cursor = project(grabbed);
         const auto hit = VisualSelection::Get()->select(cursor.x, cursor.y);
         ASSERT_EQ(hit.visual, arrow);
         handle->setMode(hit.visual);
         for (int step = 0; step < 5; ++step) {
-            // Along the arrow, as it is seen.
-            const Pixel ahead = project(grabbed + axis * 37.0f);
+            const Pixel ahead = project(grabbed + along * 37.0f);
             const Vec way =
                 visual::GuiVisual::MouseDisplacement(cursor, ahead, handle->getWorldPose(), axis);
             part->setWorldPosition(part->getWorldPosition() + way);
@@ -346,12 +345,12 @@ TEST_F(DragHandleTest, APersonMovesAPartByItsArrowAndTheArrowStaysUnderTheCursor
             const Pixel seen = project(grabbed);
             EXPECT_NEAR(seen.x, cursor.x, 0.5f);
             EXPECT_NEAR(seen.y, cursor.y, 0.5f);
-            EXPECT_NEAR(way.dot(axis), 37.0f, 0.5f);
+            EXPECT_NEAR(way.dot(along), 37.0f, 0.5f);
         }
         handle->resetMode();
-        pump();
         frame();
         pump();
+        EXPECT_EQ(VisualSelection::Get()->select(cursor.x, cursor.y).visual, arrow);
     }
 }
 

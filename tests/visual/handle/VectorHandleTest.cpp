@@ -81,6 +81,12 @@ TEST_F(VectorHandleTest, TheTiltRingTurnsWithTheTwistAndTheDirectionWithBoth) {
     EXPECT_NEAR((handle->dirHandle->getWorldRotation() * Vec{0, 0, 1}).y, -1, 1e-5);
 }
 
+TEST_F(VectorHandleTest, EachPartIsMadeAfterTheOneItHangsOn) {
+    EXPECT_LT(handle->id, handle->twistHandle->id);
+    EXPECT_LT(handle->twistHandle->id, handle->tiltHandle->id);
+    EXPECT_LT(handle->tiltHandle->id, handle->dirHandle->id);
+}
+
 TEST_F(VectorHandleTest, NamesMeshesMaterialsAndColoursAreTheAgreedOnes) {
     const std::vector<std::tuple<visual::HandleMeshVisual*, std::string, std::string>> parts{
         {handle->tiltHandle, "TiltHandle", "#F20c00"},
