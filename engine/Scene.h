@@ -208,7 +208,8 @@ public:
     /// A manipulator, tool or device, without `buildChildren` without the parts of its links; any
     /// other kind does nothing.
     void addMechanism(sdf::SdfNode* modelNode, bool buildChildren);
-    /// A user component or a sensor; any other kind does nothing.
+    /// A user component, a sensor or a spray; any other kind does nothing. Sprays are shown by this
+    /// alone: a station that is loaded shows none.
     void addSmartComponent(sdf::SdfNode* modelNode);
     /// Shows a sensor anew after its properties changed, selected if its id is. The id is looked up
     /// strictly in the task; for another kind of visual it is what that one's update does.

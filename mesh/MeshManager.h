@@ -22,6 +22,7 @@ struct ColorInfo;
 
 namespace vrn::visual {
 
+class FacetVisual;
 class Mesh;
 class PaintMesh;
 class SolidVisual;
@@ -108,6 +109,13 @@ public:
     /// normal and index, and an invisible blue (0, 0, 1, 0) on each vertex. The caller owns it.
     /// Thread: pure.
     [[nodiscard]] static PaintMesh* createPaintMeshFromMesh(const Mesh* source);
+    /// The same of the mesh that a body shows. Throws std::out_of_range, "unordered_map::at", for
+    /// a mesh without a record, as those of shapes and the global ones are, and
+    /// std::invalid_argument for null.
+    [[nodiscard]] PaintMesh* createPaintMesh(const FacetVisual* visual) const;
+    /// Sends the colours of the vertices in `changedVertices` to the graphics card and empties that
+    /// list. A mesh that was not uploaded is left as it is.
+    void updatePaintMeshColor(PaintMesh* mesh);
 
     // ---- bodies: the faces that a solid shows, triangulated beforehand, in one mesh with a colour
     // on each vertex. Such a mesh has no record here; it is kept by a count of those who loaded it.

@@ -1,6 +1,7 @@
 // The colours that shape meshes show now, in their vertex buffers.
 
 #include "mesh/MeshManager.h"
+#include "mesh/PaintMesh.h"
 #include "mesh/ShapeFaces.h"
 #include "suite/geom/BodyColorTool.h"
 #include "visual/geometry/SolidVisual.h"
@@ -21,8 +22,10 @@ namespace vrn::visual {
 
 namespace {
 
-using Color = rob::ColorTemplate<float>;
-static_assert(sizeof(Color) == 3 * sizeof(float), "a colour is sent as three floats");
+using BodyColor = rob::ColorTemplate<float>;
+using PaintColor = visual::Color;
+static_assert(sizeof(BodyColor) == 3 * sizeof(float), "a colour is sent as three floats");
+static_assert(sizeof(PaintColor) == 4 * sizeof(float), "paint is sent as four floats");
 
 /// A run of vertices in a mesh.
 struct VertexRange {
@@ -30,12 +33,13 @@ struct VertexRange {
     std::size_t count = 0;
 };
 
-/// The colours among the other elements of a mesh's vertices. What lies beyond the vertices is
-/// passed over: a mesh may have been made of another triangulation than the one that is asked now.
+/// The colours among the other elements of a mesh's vertices; `Value` is a colour in memory, and
+/// `type` what the mesh has it as. What lies beyond the vertices is passed over: a mesh may have
+/// been made of another triangulation than the one that is asked now.
+template <class Value, Ogre::VertexElementType type>
 class ColorElement {
 public:
-    /// Without vertices if there is no such mesh, or if its vertices have no colour of three
-    /// floats.
+    /// Without vertices if there is no such mesh, or if its vertices have no colour of that type.
     explicit ColorElement(const std::string& meshName) {
         const Ogre::MeshPtr mesh =
             Ogre::MeshManager::getSingleton().getByName(meshName, Ogre::RGN_AUTODETECT);
@@ -43,7 +47,7 @@ public:
         const Ogre::VertexData* vertices = mesh->getSubMesh(0)->vertexData;
         if (!vertices || !vertices->vertexBufferBinding->isBufferBound(0)) return;
         for (const Ogre::VertexElement& element : vertices->vertexDeclaration->getElements()) {
-            if (element.getSemantic() == Ogre::VES_DIFFUSE && element.getType() == Ogre::VET_FLOAT3)
+            if (element.getSemantic() == Ogre::VES_DIFFUSE && element.getType() == type)
                 count = vertices->vertexCount;
             if (count == 0) offset += element.getSize();
             vertexSize += element.getSize();
@@ -53,7 +57,7 @@ public:
 
     [[nodiscard]] std::size_t vertexCount() const { return count; }
 
-    void fill(VertexRange range, const Color& color) const {
+    void fill(VertexRange range, const Value& color) const {
         write(range, [&](std::size_t) { return color; });
     }
 
@@ -63,16 +67,21 @@ public:
         const std::size_t end = std::min(range.first + range.count, count);
         if (range.first >= end) return;
         const Ogre::HardwareBufferLockGuard lock(buffer, Ogre::HardwareBuffer::HBL_WRITE_ONLY);
-        auto* bytes = static_cast<std::byte*>(lock.pData) + offset;
-        for (std::size_t i = range.first; i < end; ++i) {
-            const Color color = colorOf(i);
-            std::memcpy(bytes + i * vertexSize, &color, sizeof color);
-        }
+        for (std::size_t i = range.first; i < end; ++i) writeOne(lock.pData, i, colorOf(i));
     }
 
-    [[nodiscard]] Color read(std::size_t vertex) const {
+    /// The same for the vertices that are listed, each as often as it is.
+    template <class ColorOf>
+    void writeListed(const std::vector<std::uint32_t>& numbers, ColorOf colorOf) const {
+        if (count == 0) return;
+        const Ogre::HardwareBufferLockGuard lock(buffer, Ogre::HardwareBuffer::HBL_WRITE_ONLY);
+        for (const std::uint32_t i : numbers)
+            if (i < count) writeOne(lock.pData, i, colorOf(i));
+    }
+
+    [[nodiscard]] Value read(std::size_t vertex) const {
         const Ogre::HardwareBufferLockGuard lock(buffer, Ogre::HardwareBuffer::HBL_READ_ONLY);
-        Color color;
+        Value color;
         std::memcpy(&color,
                     static_cast<const std::byte*>(lock.pData) + offset + vertex * vertexSize,
                     sizeof color);
@@ -80,11 +89,19 @@ public:
     }
 
 private:
+    void writeOne(void* vertices, std::size_t number, const Value& color) const {
+        std::memcpy(static_cast<std::byte*>(vertices) + offset + number * vertexSize, &color,
+                    sizeof color);
+    }
+
     Ogre::HardwareVertexBufferSharedPtr buffer;
     std::size_t offset = 0;
     std::size_t vertexSize = 0;
     std::size_t count = 0;  // 0: no colours
 };
+
+using BodyColorElement = ColorElement<BodyColor, Ogre::VET_FLOAT3>;
+using PaintColorElement = ColorElement<PaintColor, Ogre::VET_FLOAT4>;
 
 /// Where the vertices of `face` stand; an empty range if it has none.
 template <class IsShown>
@@ -106,24 +123,24 @@ void CheckNotNull(const SolidVisual* solid) {
 
 }  // namespace
 
-void MeshManager::SetColor(const std::string& meshName, const Color& color) {
-    const ColorElement colors(meshName);
+void MeshManager::SetColor(const std::string& meshName, const BodyColor& color) {
+    const BodyColorElement colors(meshName);
     colors.fill({0, colors.vertexCount()}, color);
 }
 
-void MeshManager::SetFaceColor(SolidVisual* solid, std::uint32_t face, const Color& color) {
+void MeshManager::SetFaceColor(SolidVisual* solid, std::uint32_t face, const BodyColor& color) {
     CheckNotNull(solid);
     if (!solid->isFaceVisible(face)) return;
-    const ColorElement colors(solid->getCurrentMeshName());
+    const BodyColorElement colors(solid->getCurrentMeshName());
     colors.fill(RangeOfFace(solid->getFaceMap(), face, VisibleIn(solid)), color);
 }
 
-Color MeshManager::GetFaceColor(const std::string& meshName, const TopoDS_Shape& shape,
-                                std::uint32_t face) {
+BodyColor MeshManager::GetFaceColor(const std::string& meshName, const TopoDS_Shape& shape,
+                                    std::uint32_t face) {
     FaceMap faces;
     TopExp::MapShapes(shape, TopAbs_FACE, faces);
     const VertexRange range = RangeOfFace(faces, face, [](std::uint32_t) { return true; });
-    const ColorElement colors(meshName);
+    const BodyColorElement colors(meshName);
     if (range.count == 0 || range.first >= colors.vertexCount())
         throw std::out_of_range(
             std::format("face {} has no coloured vertex in mesh \"{}\"", face, meshName));
@@ -135,14 +152,22 @@ void MeshManager::ColorReset(SolidVisual* solid) {
     const ColorInfo info = geometry::BodyColorTool::GetColorInfo(solid->id);
     const BodyColors stored(info);
     const FaceMap& faces = solid->getFaceMap();
-    std::vector<Color> vertexColors;
+    std::vector<BodyColor> vertexColors;
     ForEachMeshedFace(faces, static_cast<std::uint32_t>(faces.Extent()), VisibleIn(solid),
                       [&](std::uint32_t index, const TopoDS_Face& face) {
                           vertexColors.insert(vertexColors.end(), NodeCount(face),
                                               stored.of(index));
                       });
-    const ColorElement colors(solid->getCurrentMeshName());
+    const BodyColorElement colors(solid->getCurrentMeshName());
     colors.write({0, vertexColors.size()}, [&](std::size_t i) { return vertexColors[i]; });
+}
+
+void MeshManager::updatePaintMeshColor(PaintMesh* mesh) {
+    if (mesh == nullptr) throw std::invalid_argument("the painted mesh must not be null");
+    const PaintColorElement colors(mesh->name);
+    colors.writeListed(mesh->changedVertices,
+                       [mesh](std::uint32_t vertex) { return mesh->vertexColors[vertex]; });
+    mesh->changedVertices.clear();
 }
 
 }  // namespace vrn::visual

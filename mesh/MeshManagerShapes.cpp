@@ -3,6 +3,7 @@
 #include "mesh/MeshManager.h"
 #include "mesh/PaintMesh.h"
 #include "mesh/Shapes.h"
+#include "visual/geometry/FacetVisual.h"
 
 #include <stdexcept>
 
@@ -78,6 +79,11 @@ Mesh* MeshManager::CreateTextMesh(const std::string& text, double /*unused*/) {
         }
     }
     return mesh.release();
+}
+
+PaintMesh* MeshManager::createPaintMesh(const FacetVisual* visual) const {
+    if (visual == nullptr) throw std::invalid_argument("what is to be painted must not be null");
+    return createPaintMeshFromMesh(getMesh(visual->getMeshName()));
 }
 
 PaintMesh* MeshManager::createPaintMeshFromMesh(const Mesh* source) {

@@ -2,10 +2,12 @@
 
 #include "mesh/Mesh.h"
 #include "mesh/MeshManager.h"
+#include "mesh/PaintMesh.h"
 #include "selection/BVHNode.h"
 #include "selection/Ray.h"
 #include "selection/SensitiveMesh.h"
 #include "visual/geometry/MeshVisual.h"
+#include "visual/process/PaintVisual.h"
 
 #include <OgreSceneNode.h>
 
@@ -18,6 +20,8 @@ MeshObject::MeshObject(visual::Visual* meshVisual)
     : SelectableObject(meshVisual, ObjectKind::Mesh) {}
 
 visual::Mesh* MeshObject::findMesh() const {
+    if (const auto* paint = dynamic_cast<const visual::PaintVisual*>(visual))
+        return paint->getMesh();
     const auto* shown = dynamic_cast<const visual::MeshVisual*>(visual);
     const visual::MeshManager* manager = visual::MeshManager::Get();
     if (!shown || !manager) return nullptr;

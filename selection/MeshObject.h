@@ -8,7 +8,7 @@ class Mesh;
 
 namespace vrn::selection {
 
-/// A mesh visual in the picking world.
+/// A mesh visual, or the paint on one, in the picking world.
 ///
 /// Box and queries take the scale of the visual's node in; the inverse pose carries none, so the
 /// scale is undone apart: world, turned and moved back, divided by the scale, mesh. A hit's
@@ -18,8 +18,8 @@ class VRN_VISUAL_API MeshObject : public SelectableObject {
 public:
     explicit MeshObject(visual::Visual* meshVisual);
 
-    /// A SensitiveMesh for the mesh that a mesh visual shows, none for one whose record nobody
-    /// keeps, and none for any other visual; what was built before goes.
+    /// A SensitiveMesh for the mesh that a mesh visual shows or paint is on, none for one whose
+    /// record nobody keeps, and none for any other visual; what was built before goes.
     void buildBVH();
     void updateWorldBox() override;
 

@@ -277,7 +277,12 @@ bool Visual::isTopLevel() const {
 void Visual::clearChildren() {
     // Again until none is left: a destructor may hang something here. Unbound nodes do not count.
     for (auto children = getChildren(); !children.empty(); children = getChildren())
-        for (Visual* child : children) Scene::Get()->deleteVisual(child);
+        for (Visual* child : children) {
+            const auto before = node->numChildren();
+            Scene::Get()->deleteVisual(child);
+            // One may take a sibling along, and then what was listed is no longer there.
+            if (node->numChildren() + 1 != before) break;
+        }
 }
 
 void Visual::clearCopiedChildren() {

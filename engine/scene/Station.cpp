@@ -17,6 +17,7 @@
 #include "suite/task/Task.h"
 #include "view/Camera.h"
 #include "visual/geometry/PointCloudVisual.h"
+#include "visual/process/SprayVisual.h"
 #include "visual/station/AssemblyVisual.h"
 #include "visual/station/DeviceVisual.h"
 #include "visual/station/FrameVisual.h"
@@ -140,7 +141,12 @@ void Scene::addMechanism(sdf::SdfNode* modelNode, bool buildChildren) {
 }
 
 void Scene::addSmartComponent(sdf::SdfNode* modelNode) {
-    post([this, modelNode] { buildSmartComponent(modelNode); });
+    post([this, modelNode] {
+        if (modelNode && modelNode->objectType == sdf::ObjectType::SprayComponent)
+            SprayVisual::Build(resolveParentVisual(modelNode), modelNode);
+        else
+            buildSmartComponent(modelNode);
+    });
 }
 
 void Scene::updateSensor(std::uint32_t id) {

@@ -121,8 +121,12 @@ public:
     std::uint32_t getTrianglesNum() override;
     std::uint32_t getVerticesNum() override;
 
-private:
+protected:
+    /// Makes the mesh in these colours and shows it; false for a shape without triangles, which
+    /// then shows nothing.
     bool loadEntity(const ColorInfo& colors);
+
+private:
     void showEntity(const std::string& entityName, const std::string& shownMesh);
     void destroyEntity();
     void updatePicking();

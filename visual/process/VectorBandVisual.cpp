@@ -1,0 +1,207 @@
+#include "visual/process/VectorBandVisual.h"
+
+#include <algorithm>
+
+#include <OgreManualObject.h>
+#include <OgreSceneManager.h>
+#include <OgreSceneNode.h>
+
+#include "engine/Scene.h"
+#include "suite/geom/ShapeTools.h"
+#include "visual/geometry/MeshVisual.h"
+#include "visual/process/BandVectorVisual.h"
+
+namespace vrn::visual {
+
+namespace {
+
+using Colour = Ogre::Vector<4, float>;
+using geometry::MfgVector;
+using geometry::MfgVectors;
+using task::EdgeMfgShape;
+
+constexpr std::size_t colourParameter = 0;
+
+const Colour normalColour(0.34509805f, 0.9882353f, 0.99215686f, 0.5f);
+const Colour selectedColour(0.9882353f, 1.0f, 0.21176471f, 0.5f);
+const Colour highlightedColour(0.9882353f, 1.0f, 0.21176471f, 0.1f);
+const Colour rangeColour(0.9882353f, 0.39215687f, 0.21176471f, 0.5f);
+
+struct BandVertexPair {
+    rob::PosTemplate<float> onEdge, onBorder;
+    rob::Vec3Template<float> normal;
+};
+
+// All of them before anything is drawn: a shape that cannot be drawn leaves no section open, which
+// would refuse every later one.
+std::vector<BandVertexPair> VertexPairs(const EdgeMfgShape& shape,
+                                        const std::vector<EdgeMfgShape::PathPoint>& points) {
+    const std::vector<MfgVectors> used = shape.getUsedMfgVectors();
+    std::vector<BandVertexPair> pairs;
+    pairs.reserve(points.size());
+    for (const auto& point : points) {
+        const MfgVectors& vectors = used.at(static_cast<std::size_t>(point.index));
+        const MfgVector v = vectors.getVectorAtParam(point.param);
+        const rob::PosTemplate<double> p = v.getPos(vectors.edge);
+        const rob::Vec3Template<double> along = v.getEdgeTangent(vectors.edge);
+        const rob::Vec3Template<double> d = v.getDir(vectors.edge).asVec3();
+        const auto normal = along.cross(d).normalized();
+        pairs.push_back({rob::PosTemplate<float>(p),
+                         rob::PosTemplate<float>(p + d * BandVectorVisual::length),
+                         rob::Vec3Template<float>(normal)});
+    }
+    return pairs;
+}
+
+// As one strip, also across the joints of edges. Null for no points.
+Ogre::ManualObject::ManualObjectSection* DrawStrip(Ogre::ManualObject& ribbon,
+                                                   const char* materialName,
+                                                   const std::vector<BandVertexPair>& pairs) {
+    ribbon.clear();
+    ribbon.begin(materialName, Ogre::RenderOperation::OT_TRIANGLE_STRIP,
+                 Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
+    for (const auto& [onEdge, onBorder, normal] : pairs) {
+        for (const auto& p : {onEdge, onBorder}) {
+            ribbon.position(p.x, p.y, p.z);
+            ribbon.normal(normal.x, normal.y, normal.z);
+        }
+    }
+    return ribbon.end();
+}
+
+}  // namespace
+
+VectorBandVisual::VectorBandVisual(std::uint32_t idIn, Visual* parent, const EdgeMfgShape& shape)
+    : Visual(idIn, parent), band(node->getCreator()->createManualObject()) {
+    attachObject(band);
+    try {
+        drawMfgShape(shape);
+    } catch (...) {
+        clearChildren();
+        deleteStartArrow();
+        node->getCreator()->destroyMovableObject(band);
+        throw;
+    }
+    VectorBandVisual::resetAppearance();
+}
+
+VectorBandVisual::~VectorBandVisual() {
+    deleteStartArrow();
+    clearChildren();
+    node->getCreator()->destroyMovableObject(band);
+    if (rangeBand) node->getCreator()->destroyMovableObject(rangeBand);
+}
+
+void VectorBandVisual::drawMfgShape(const EdgeMfgShape& shape) {
+    const std::vector<BandVertexPair> pairs = VertexPairs(shape, shape.getPathPointsForRender());
+    const std::vector<MfgVectors> used = shape.getUsedMfgVectors();
+    DrawStrip(*band, "VectorBand", pairs);
+    setColor(normalColour);  // before anything below may throw
+    for (const MfgVectors& vectors : used)
+        for (const MfgVector& vector : vectors.vectors)
+            bandVectors.push_back(new BandVectorVisual(this, vectors.edge, vector));
+    if (!used.empty()) drawStartArrow(used.front());
+}
+
+void VectorBandVisual::drawStartArrow(const MfgVectors& first) {
+    rob::PosTemplate<float> position;
+    rob::DirTemplate<float> direction{1, 0, 0};
+    geometry::GetEdgeStartPointInfo(first.edge, position, direction);
+    deleteStartArrow();
+    const rob::DirTemplate<float> unit(direction.asVec3().normalized());
+    startArrow = MeshVisual::BuildArrow(getParent(), position, unit);
+}
+
+void VectorBandVisual::deleteStartArrow() {
+    // The arrow hangs beside the band, and goes with their parent in either order.
+    const Visual* parent = getParent();
+    if (startArrow && parent) {
+        const std::vector<Visual*> siblings = parent->getChildren();
+        if (std::ranges::find(siblings, startArrow) != siblings.end())
+            Scene::Get()->deleteVisual(startArrow);
+    }
+    startArrow = nullptr;
+}
+
+void VectorBandVisual::updateBand(const EdgeMfgShape& shape) {
+    band->clear();
+    while (!bandVectors.empty()) Scene::Get()->deleteVisual(bandVectors.back());
+    clearPreviewVector();
+    clearSelectedVector();
+    drawMfgShape(shape);
+    resetAppearance();
+}
+
+void VectorBandVisual::forgetChild(const Visual* child) {
+    std::erase(bandVectors, child);
+    if (previewVector_ == child) previewVector_ = nullptr;
+    if (selectedVector == child) selectedVector = nullptr;
+}
+
+void VectorBandVisual::deleteOwn(BandVectorVisual*& vector) {
+    Scene::Get()->deleteVisual(vector);
+    vector = nullptr;
+}
+
+BandVectorVisual* VectorBandVisual::makeVector(const EdgeMfgShape& shape, const PathPoint& point) {
+    const std::vector<MfgVectors> used = shape.getUsedMfgVectors();
+    const MfgVectors& vectors = used.at(static_cast<std::size_t>(point.index));
+    return new BandVectorVisual(this, vectors.edge, vectors.getVectorAtParam(point.param));
+}
+
+void VectorBandVisual::previewVector(const EdgeMfgShape& shape, const PathPoint& point) {
+    clearPreviewVector();
+    previewVector_ = makeVector(shape, point);
+    previewVector_->setHighlighted();
+}
+
+void VectorBandVisual::clearPreviewVector() { deleteOwn(previewVector_); }
+
+void VectorBandVisual::selectVector(const EdgeMfgShape& shape, const PathPoint& point) {
+    clearSelectedVector();
+    selectedVector = makeVector(shape, point);
+    selectedVector->setSelected();
+}
+
+void VectorBandVisual::clearSelectedVector() { deleteOwn(selectedVector); }
+
+void VectorBandVisual::selectRange(const EdgeMfgShape& shape, const PathPoint& start,
+                                   const PathPoint& end) {
+    if (!rangeBand) {
+        rangeBand = node->getCreator()->createManualObject();
+        attachObject(rangeBand);
+    } else {
+        clearSelectedRange();
+    }
+    const auto pairs = VertexPairs(shape, shape.getPathPointsForRender(start, end));
+    if (auto* section = DrawStrip(*rangeBand, "SelectedBand", pairs))
+        section->setCustomParameter(colourParameter, rangeColour);
+}
+
+void VectorBandVisual::updateSelectedBand(const EdgeMfgShape& shape, const PathPoint& start,
+                                          const PathPoint& end) {
+    selectRange(shape, start, end);
+}
+
+void VectorBandVisual::clearSelectedRange() {
+    if (rangeBand) rangeBand->clear();
+}
+
+void VectorBandVisual::setColor(const Colour& color) {
+    for (auto* section : band->getSections()) section->setCustomParameter(colourParameter, color);
+}
+
+void VectorBandVisual::resetAppearance() { setColor(normalColour); }
+
+void VectorBandVisual::setSelected() { setColor(selectedColour); }
+
+void VectorBandVisual::setHighlighted() { setColor(highlightedColour); }
+
+void VectorBandVisual::clearHighlightOrSelect() {
+    resetAppearance();
+    clearSelectedVector();
+    clearSelectedRange();
+    clearPreviewVector();
+}
+
+}  // namespace vrn::visual

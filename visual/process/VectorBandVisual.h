@@ -1,0 +1,94 @@
+#pragma once
+
+#include <OgreVector.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "suite/task/EdgeMfgShape.h"
+#include "visual/Visual.h"
+
+namespace Ogre {
+class ManualObject;
+}
+
+namespace vrn::visual {
+
+class BandVectorVisual;
+class MeshVisual;
+
+/// A process along edges as a translucent ribbon: its spine are the edges, its width of 25 runs
+/// along the tool's direction, so that the twist of the tool shows. Each stored direction has a
+/// line; a preview, a selected direction and a selected range can stand on it besides.
+///
+/// The host makes and keeps it; nothing here enters it in the scene's registry. A band whose
+/// drawing threw can be updated with another shape and deleted like any other. Thread: render.
+class VRN_VISUAL_API VectorBandVisual : public Visual {
+public:
+    using PathPoint = task::EdgeMfgShape::PathPoint;
+
+    /// Throws what updateBand throws; then nothing is left.
+    VectorBandVisual(std::uint32_t idIn, Visual* parent, const task::EdgeMfgShape& shape);
+    /// Deletes what the band owns; what the tree has freed already is left alone.
+    ~VectorBandVisual() override;
+
+    /// Draws another shape, or the same one after a change, in place of what was drawn. Preview and
+    /// selected direction go, the selected range stays.
+    ///
+    /// Throws std::overflow_error ("0-length vector cannot be normalized.") where the tool's
+    /// direction runs along the edge, or where the first edge has no direction at its start, and
+    /// what MfgVectors::getVectorAtParam throws.
+    void updateBand(const task::EdgeMfgShape& shape);
+
+    /// One at a time, in place of the one before. A point on no used edge throws std::out_of_range.
+    void previewVector(const task::EdgeMfgShape& shape, const PathPoint& point);
+    void clearPreviewVector();
+    void selectVector(const task::EdgeMfgShape& shape, const PathPoint& point);
+    void clearSelectedVector();
+
+    /// Draws a part of the band in another colour, in place of the one before. Throws as
+    /// updateBand.
+    void selectRange(const task::EdgeMfgShape& shape, const PathPoint& start, const PathPoint& end);
+    void updateSelectedBand(const task::EdgeMfgShape& shape, const PathPoint& start,
+                            const PathPoint& end);
+    void clearSelectedRange();
+
+    /// Red, green, blue, alpha of the ribbon.
+    void setColor(const Ogre::Vector<4, float>& color);
+    void resetAppearance() override;
+    void setSelected() override;
+    void setHighlighted() override;
+    /// The normal look, without selected direction, range and preview.
+    void clearHighlightOrSelect() override;
+
+    [[nodiscard]] const Ogre::ManualObject* getBand() const { return band; }
+    /// Null until a range was selected once.
+    [[nodiscard]] const Ogre::ManualObject* getRangeBand() const { return rangeBand; }
+    /// In the order of the shape.
+    [[nodiscard]] const std::vector<BandVectorVisual*>& getVectors() const { return bandVectors; }
+    /// Null without one, both.
+    [[nodiscard]] BandVectorVisual* getPreviewVector() const { return previewVector_; }
+    [[nodiscard]] BandVectorVisual* getSelectedVector() const { return selectedVector; }
+    /// At the start of the first edge, under the band's parent; null without one.
+    [[nodiscard]] MeshVisual* getStartArrow() const { return startArrow; }
+
+protected:
+    void forgetChild(const Visual* child) override;
+
+private:
+    void drawMfgShape(const task::EdgeMfgShape& shape);
+    void drawStartArrow(const geometry::MfgVectors& first);
+    void deleteStartArrow();
+    void deleteOwn(BandVectorVisual*& vector);
+    [[nodiscard]] BandVectorVisual* makeVector(const task::EdgeMfgShape& shape,
+                                               const PathPoint& point);
+
+    Ogre::ManualObject* band;
+    Ogre::ManualObject* rangeBand = nullptr;
+    std::vector<BandVectorVisual*> bandVectors;  ///< children
+    BandVectorVisual* previewVector_ = nullptr;  ///< a child; the operation has the plain name
+    BandVectorVisual* selectedVector = nullptr;  ///< a child
+    MeshVisual* startArrow = nullptr;            ///< a child of the parent, which may free it first
+};
+
+}  // namespace vrn::visual
