@@ -128,6 +128,25 @@ TEST_F(GuiVisualTest, FromAboveTheXArrowFollowsTheCursorsXAndTheYArrowItsY) {
     ExpectNear(drag(from, to, {}, {0, 1, 0}), {0, 10, 0}, 0.05);
 }
 
+TEST_F(GuiVisualTest, OfTwoPlanesThatFaceTheCameraAlikeTheFirstIsTaken) {
+    lookFrom({500, 0, 500}, {0, 0, 0});
+    // Some pixel of the middle row is seen along equal x and z to the last bit.
+    Pixel to{0, windowHeight / 2};
+    const auto alike = [&] {
+        const VecD direction = SightAt(to).direction;
+        return std::abs(direction.x) == std::abs(direction.z);
+    };
+    while (to.x < windowWidth && !alike()) to.x += 0.125f;
+    ASSERT_LT(to.x, windowWidth);
+    const Pixel from{to.x + 60, to.y - 80};
+    const Row first{{0, 1, 0}, {0, 0, 1}, {1, 0, 0}, {1, 0, 0}};
+    const Row second{{0, 1, 0}, {1, 0, 0}, {0, 0, 1}, {1, 0, 0}};
+    const VecD expected = DisplacementByRule(first, from, to, {}),
+               other = DisplacementByRule(second, from, to, {});
+    ASSERT_GT((expected - other).length(), 1);
+    ExpectNear(drag(from, to, {}, {0, 1, 0}), expected, 0.05);
+}
+
 TEST_F(GuiVisualTest, OnlyComponentsAboveZeroMarkAnAxis) {
     lookFrom({900, -300, 250}, {0, 0, 0});
     const Vec x = drag({300, 220}, {350, 260}, {}, {0.001f, 0, 0});
