@@ -181,6 +181,30 @@ TEST(Options, DriveNeedsAScriptAndAFolder) {
     EXPECT_NE(Refusal({"drive", "a.stl", "--script", "s"}), "");
 }
 
+TEST(Options, RunTakesOneStationATaskAndFrames) {
+    const Options plain = Parsed({"run", "a.station.json", "-o", "out"});
+    EXPECT_EQ(plain.command, Options::Command::Run);
+    EXPECT_EQ(plain.inputs, (std::vector<std::filesystem::path>{"a.station.json"}));
+    EXPECT_EQ(plain.output, "out");
+    EXPECT_EQ(plain.task, std::nullopt);
+    EXPECT_EQ(plain.frames, 100);
+    EXPECT_FALSE(plain.json);
+    const Options full = Parsed({"run", "a", "--task", "T 1", "-o", "out", "--frames", "12",
+                                 "--json", "--view", "top", "--size", "64x48"});
+    EXPECT_EQ(full.task, "T 1");
+    EXPECT_EQ(full.frames, 12);
+    EXPECT_TRUE(full.json);
+    EXPECT_EQ(full.widthPx, 64);
+    EXPECT_EQ(full.looks.view, StandardView::Top);
+    EXPECT_NE(Refusal({"run", "a"}), "");
+    EXPECT_NE(Refusal({"run", "-o", "out"}), "");
+    EXPECT_NE(Refusal({"run", "a", "b", "-o", "out"}), "");
+    for (const char* frames : {"0", "-1", "x", "1.5", "10001", ""})
+        EXPECT_THAT(Refusal({"run", "a", "-o", "out", "--frames", frames}),
+                    HasSubstr("is not a number from 1 to 10000"))
+            << frames;
+}
+
 TEST(Options, MalformedLooksAreRefusedByName) {
     const auto refusal = [](const std::string& option, const std::string& value) {
         return Refusal({"render", "a.stl", "-o", "p", option, value});

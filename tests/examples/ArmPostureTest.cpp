@@ -117,5 +117,25 @@ TEST(ArmPosture, PlacesBeyondALimitGiveNothing) {
     EXPECT_TRUE(PostureAt(FlangeAt({0, 30, 0, 0, arm::limits[4].upperDegrees - 5, 0})));
 }
 
+TEST(CellArm, WristReachIsAsFarAsTheStretchedArm) {
+    const auto border = WristReach();
+    ASSERT_GT(border.size(), 50u);
+    const double reach = arm::lowerLength + std::hypot(arm::upperLength, arm::elbowRise);
+    const gp_Pnt2d shoulder(arm::shoulderForward, arm::shoulderHeight);
+    for (const gp_Pnt2d& at : border) EXPECT_NEAR(at.Distance(shoulder), reach, 1e-9);
+    // From below in front to behind, so that the outside is to the right.
+    EXPECT_GT(border.front().X(), 1500);
+    EXPECT_LT(border.front().Y(), arm::shoulderHeight);
+    EXPECT_LT(border.back().X(), -1000);
+    // The arm itself gets there, and no farther.
+    const gp_Trsf flange =
+        FlangeAt({0, arm::limits[1].upperDegrees,
+                  -std::atan2(arm::upperLength, arm::elbowRise) / degree, 0, 0, 0});
+    const gp_Vec outward = flange.GetRotation() * gp_Vec(0, 0, 1);
+    const gp_Vec wrist = gp_Vec(flange.TranslationPart()) - outward * arm::flangeDistance;
+    EXPECT_NEAR(wrist.X(), border.front().X(), 1e-6);
+    EXPECT_NEAR(wrist.Z(), border.front().Y(), 1e-6);
+}
+
 }  // namespace
 }  // namespace vrn::examples

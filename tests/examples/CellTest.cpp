@@ -2,11 +2,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <gp_Quaternion.hxx>
 
 #include <cmath>
+#include <map>
 #include <numbers>
 #include <regex>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -104,23 +107,63 @@ TEST_F(RobotCellTest, TargetsLieOnTheWorkpieceWithTheirZOutOfIt) {
     }
 }
 
-TEST_F(RobotCellTest, CutterTouchesATargetFromOutside) {
+TEST_F(RobotCellTest, CutterStandsOnATargetOfItsProgram) {
     const gp_Trsf cutter = FlangePlace(*made) * made->cutterFrame;
-    double nearest = 1e9, turn = 0;
-    for (const BladeTargets& blade : made->blades) {
-        for (const auto& row : blade.rows) {
-            for (const gp_Trsf& target : row) {
-                const gp_Trsf place = TargetPlace(*made, blade, target);
-                const double distance =
-                    (place.TranslationPart() - cutter.TranslationPart()).Modulus();
-                if (distance > nearest) continue;
-                nearest = distance;
-                turn = gp_Dir(0, 0, 1).Transformed(place) * gp_Dir(0, 0, 1).Transformed(cutter);
-            }
-        }
+    double nearest = 1e9, turned = 0;
+    for (const auto& [name, target] : made->finishing.targets) {
+        const gp_Trsf place = TargetPlace(*made, made->finishing, name);
+        const double distance = (place.TranslationPart() - cutter.TranslationPart()).Modulus();
+        if (distance > nearest) continue;
+        nearest = distance;
+        turned = (place.Inverted() * cutter).GetRotation().GetRotationAngle();
     }
     EXPECT_LT(nearest, 1e-6);
-    EXPECT_NEAR(turn, -1, 1e-9);
+    EXPECT_NEAR(std::remainder(turned, 2 * std::numbers::pi), 0, 1e-6);
+}
+
+TEST_F(RobotCellTest, ProgramRunsRoundTheWorkpieceOnItsSurface) {
+    std::set<std::string> used;
+    for (const CellPath& path : made->finishing.paths)
+        for (const CellMove& move : path.moves) {
+            if (!move.isToJoints) used.insert(move.target);
+            if (!move.via.empty()) used.insert(move.via);
+        }
+    int onSurface = 0;
+    for (const auto& [name, target] : made->finishing.targets) {
+        EXPECT_EQ(used.count(name), 1u) << name;
+        const gp_Trsf place = made->finishing.userFrame * target;
+        const gp_Pnt at(place.TranslationPart());
+        EXPECT_FALSE(test::IsInside(made->workpiece.shape, at)) << name;
+        const double height = test::DistanceToSurface(made->workpiece.shape, at);
+        if (name.ends_with("above")) {
+            EXPECT_GT(height, 60) << name;
+            continue;
+        }
+        EXPECT_NEAR(height, 1, 0.05) << name;
+        ++onSurface;
+    }
+    EXPECT_EQ(onSurface, 28);
+    EXPECT_THROW((void)TargetPlace(*made, made->finishing, "no"), std::out_of_range);
+}
+
+TEST_F(RobotCellTest, ProgramHasMovesOfAllKinds) {
+    std::map<std::string, int> kinds;
+    for (const CellPath& path : made->finishing.paths)
+        for (const CellMove& move : path.moves) {
+            ++kinds[move.type];
+            EXPECT_EQ(move.type == "circular", !move.via.empty()) << move.target;
+            EXPECT_GT(move.speed, 0) << move.target;
+        }
+    EXPECT_GE(kinds["joint"], 5);
+    EXPECT_GE(kinds["linear"], 15);
+    EXPECT_GE(kinds["circular"], 8);
+}
+
+TEST_F(RobotCellTest, HasAPlaneAndASegmentSensor) {
+    ASSERT_EQ(made->sensors.size(), 2u);
+    EXPECT_FALSE(made->sensors[0].b);
+    EXPECT_GE(made->sensors[0].radius, 0.5);
+    EXPECT_TRUE(made->sensors[1].b);
 }
 
 TEST_F(RobotCellTest, WorkpieceSitsOnTheFixtureAndTheFixtureOnTheFaceplate) {

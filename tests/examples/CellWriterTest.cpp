@@ -17,13 +17,17 @@
 #include <numbers>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
+#include "apps/vrnview/program/ProgramPlan.h"
+#include "apps/vrnview/program/RobotProgram.h"
 #include "apps/vrnview/readers/Content.h"
 #include "apps/vrnview/TempFolder.h"
 #include "examples/cell/Cell.h"
 #include "suite/layout/Mechanism.h"
 #include "suite/task/DataItem.h"
+#include "suite/task/Operation.h"
 #include "suite/task/Task.h"
 
 namespace vrn::examples {
@@ -124,17 +128,57 @@ TEST_F(CellWriterTest, StationIsReadWithoutAWordOfComplaint) {
     EXPECT_EQ(content.assemblies.size(), 1u);
     EXPECT_EQ(content.clouds.size(), 1u);
     EXPECT_EQ(content.frames.size(), 1u);
-    EXPECT_EQ(content.targets.size(), 3072u);
+    EXPECT_EQ(content.sensors.size(), 2u);
     EXPECT_EQ(content.attachments.size(), 3u);
     EXPECT_TRUE(content.camera.has_value());
     ASSERT_EQ(content.tools[0]->frames().size(), 2u);
-    ASSERT_EQ(content.tasks.size(), 1u);
-    EXPECT_EQ(content.tasks[0]->getWObjDataItems().size(), 4u);
-    EXPECT_EQ(content.tasks[0]->getToolDataItems().size(), 2u);
+    ASSERT_EQ(content.envelopes.size(), 1u);
+    EXPECT_EQ(content.envelopes[0].points.size(), WristReach().size());
+}
+
+std::size_t MovesOf(const task::Task& task) {
     std::size_t moves = 0;
-    for (const task::Path* path : content.tasks[0]->getPaths())
-        moves += path->moveInstructionCount();
-    EXPECT_EQ(moves, 3072u);
+    for (const task::Path* path : task.getPaths()) moves += path->moveInstructionCount();
+    return moves;
+}
+
+TEST_F(CellWriterTest, TasksAreTheProgramAndTheHiddenRows) {
+    const host::Content content = host::ReadContent(station);
+    ASSERT_EQ(content.tasks.size(), 2u);
+    const task::Task &finishing = *content.tasks[0], &grinding = *content.tasks[1];
+    EXPECT_EQ(content.targets.size(), 3072u + cell->finishing.targets.size());
+    EXPECT_EQ(finishing.getWObjDataItems().size(), 1u);
+    EXPECT_EQ(finishing.getToolDataItems().size(), 1u);
+    EXPECT_EQ(finishing.getJointTargetDataItems().size(), 1u);
+    EXPECT_EQ(MovesOf(finishing), cell->finishing.paths.at(0).moves.size());
+    EXPECT_EQ(grinding.getWObjDataItems().size(), 4u);
+    EXPECT_EQ(grinding.getToolDataItems().size(), 1u);
+    EXPECT_EQ(MovesOf(grinding), 3072u);
+    for (const task::WObjDataItem* wobj : grinding.getWObjDataItems())
+        EXPECT_TRUE(content.hidden.contains(wobj->id));
+    ASSERT_EQ(content.operations.size(), 1u);
+    EXPECT_TRUE(content.hidden.contains(content.operations[0]->id));
+    EXPECT_EQ(content.operations[0]->getChildren().size(), 4u);
+}
+
+TEST_F(CellWriterTest, ProgramIsWithinTheArmsReach) {
+    const host::Content content = host::ReadContent(station);
+    const auto plan = host::ProgramPlan::Make(host::ProgramOf(content, *content.tasks.at(0)));
+    EXPECT_LT(plan.getWorstError().mm, 0.1);
+    EXPECT_LT(plan.getWorstError().degrees, 0.1);
+    EXPECT_GT(plan.getSeconds(), 20);
+    // From where the cutter stands in the file, the arm's own arithmetic agrees with the plan's.
+    const gp_Trsf cutter = FlangePlace(*cell) * cell->cutterFrame;
+    const auto& start = plan.getPoints().front().tool.position;
+    EXPECT_NEAR(start.x, cutter.TranslationPart().X(), 1e-3);
+    EXPECT_NEAR(start.y, cutter.TranslationPart().Y(), 1e-3);
+    EXPECT_NEAR(start.z, cutter.TranslationPart().Z(), 1e-3);
+}
+
+TEST_F(CellWriterTest, RowsNeedTheTableTurned) {
+    const host::Content content = host::ReadContent(station);
+    EXPECT_THROW((void)host::ProgramPlan::Make(host::ProgramOf(content, *content.tasks.at(1))),
+                 std::runtime_error);
 }
 
 TEST_F(CellWriterTest, LinksStandInTheFileWhereTheyStandInTheCell) {

@@ -408,5 +408,24 @@ TEST(StationPage, ExampleIsAStation) {
                                             testing::HasSubstr("names 'arm', which is not there")));
 }
 
+/// The second one is of a task; its robot's file stands nowhere, so another one takes its place.
+TEST(StationPage, TaskOfTheExampleIsWhole) {
+    const std::string page = ReadBytes(VRN_STATION_PAGE);
+    const std::size_t start = page.find("```json", page.find("## Tasks")) + 8;
+    std::string text = page.substr(start, page.find("```", start) - start);
+    const std::string urdf = R"("file": "arm/robot.urdf")";
+    ASSERT_NE(text.find(urdf), std::string::npos);
+    text.replace(text.find(urdf), urdf.size(),
+                 R"("links": [{"name": "a"}, {"name": "b"}, {"name": "c"}],
+                    "joints": [{"name": "joint_2", "parent": "a", "child": "b"},
+                               {"name": "joint_5", "parent": "b", "child": "c"}])");
+    const Content content = ReadStation(text, "/nowhere/x.station.json");
+    EXPECT_THAT(content.problems, ElementsAre(testing::HasSubstr("No such file or directory")));
+    ASSERT_EQ(content.tasks.size(), 1u);
+    EXPECT_EQ(content.tasks[0]->getPaths().at(0)->getInstructions().size(), 4u);
+    EXPECT_EQ(content.jointTargets.size(), 1u);
+    EXPECT_EQ(content.operations.size(), 1u);
+}
+
 }  // namespace
 }  // namespace vrn::host

@@ -17,7 +17,7 @@ constexpr double degree = std::numbers::pi / 180;
 
 // From point to point: joints that move evenly leave a straight way by the square of the step; with
 // these a big arm by some hundredths of a millimetre.
-constexpr double stepMm = 4, stepDegrees = 1, jointStepDegrees = 2;
+constexpr double stepMm = 4, stepDegrees = 1, jointStepDegrees = 1;
 
 // A path shows an arc by so many chords; what follows it has points at their ends, so that the two
 // lie in one line.

@@ -40,6 +40,25 @@ rob::DirTemplate<double> NormalOf(const rob::PosTemplate<double>& before,
     return rob::DirTemplate<double>(rob::Vec3Template<double>{along.z, 0, -along.x}.normalized());
 }
 
+/// One a point, from the points beside it.
+std::vector<rob::DirTemplate<double>> NormalsOf(
+    const std::vector<rob::PosTemplate<double>>& profile) {
+    const auto isSame = [](const auto& a, const auto& b) {
+        return !((b - a).length() > rob::zeroLength);
+    };
+    for (std::size_t i = 1; i < profile.size(); ++i)
+        if (isSame(profile[i - 1], profile[i]))
+            throw std::runtime_error(std::format("'profile' has the point {} twice in a row", i));
+    std::vector<rob::DirTemplate<double>> normals;
+    for (std::size_t i = 0; i < profile.size(); ++i) {
+        const auto& before = profile[i > 0 ? i - 1 : 0];
+        const auto& after = profile[std::min(i + 1, profile.size() - 1)];
+        // Where the profile turns back on itself, as the way there has it.
+        normals.push_back(NormalOf(before, isSame(before, after) ? profile[i] : after));
+    }
+    return normals;
+}
+
 }  // namespace
 
 void StationReader::enterNamed(const JsonFields& fields, const sdf::SdfNode& object) {
@@ -303,17 +322,7 @@ void StationReader::addEnvelope(const JsonFields& fields, layout::Manipulator& r
         for (const auto& [x, z] : given.pairs("profile")) envelope.points.push_back({x, 0, z});
         const std::size_t count = envelope.points.size();
         if (count < 2) throw std::runtime_error("'profile' needs two points at least");
-        for (std::size_t i = 0; i < count; ++i) {
-            if (i > 0 &&
-                !((envelope.points[i] - envelope.points[i - 1]).length() > rob::zeroLength))
-                throw std::runtime_error(
-                    std::format("'profile' has the point {} twice in a row", i));
-            const auto& before = envelope.points[i > 0 ? i - 1 : 0];
-            const auto& after = envelope.points[std::min(i + 1, count - 1)];
-            // Where the profile turns back on itself, as the way there has it.
-            const bool turnsBack = !((after - before).length() > rob::zeroLength);
-            envelope.normals.push_back(NormalOf(before, turnsBack ? envelope.points[i] : after));
-        }
+        envelope.normals = NormalsOf(envelope.points);
         const double from = given.numberOr("from", -180), to = given.numberOr("to", 180);
         constexpr double mostTurned = 3600;
         if (!(std::abs(from) <= mostTurned && std::abs(to) <= mostTurned))
