@@ -1,15 +1,5 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
-#include <OgreEntity.h>
-#include <OgreIteratorWrapper.h>
-
-#include <OgreInstanceBatch.h>
-#include <OgreInstanceManager.h>
-#include <OgreManualObject.h>
-#include <OgreMaterialManager.h>
-#include <OgreMeshManager.h>
-#include <OgreSceneManager.h>
-#include <OgreTextureManager.h>
 
 #include <cstddef>
 #include <map>
@@ -21,16 +11,17 @@
 #include "apps/vrnview/TempFolder.h"
 #include "examples/cell/Cell.h"
 #include "examples/cell/CellWriter.h"
-#include "mesh/MeshManager.h"
 #include "selection/VisualSelection.h"
 #include "suite/layout/Layout.h"
 #include "suite/task/Task.h"
 #include "tests/support/EngineFixture.h"
+#include "tests/support/Population.h"
 #include "visual/Visual.h"
 
 namespace vrn::examples {
 namespace {
 
+using test::Population;
 using visual::Visual;
 
 constexpr int rebuilds = 200;
@@ -39,53 +30,6 @@ constexpr int warmUp = 20;
 /// What the heap may have grown by from the end of the warm-up to the last rebuild: 164 bytes each.
 /// A visual, a node or a mesh that stayed behind would take more.
 constexpr std::size_t memoryMargin = 32 * 1024;
-
-struct SceneLists : Ogre::SceneManager {
-    static auto nodes() { return &SceneLists::mSceneNodes; }
-};
-
-struct MeshLists : visual::MeshManager {
-    static auto global() { return &MeshLists::globalMeshes; }
-    static auto brought() { return &MeshLists::meshes; }
-    static auto ofShapes() { return &MeshLists::shapeMeshRefs; }
-};
-
-std::size_t CountResources(Ogre::ResourceManager& manager) {
-    std::size_t count = 0;
-    for (auto it = manager.getResourceIterator(); it.hasMoreElements(); it.moveNext()) ++count;
-    return count;
-}
-
-std::size_t CountBatches(const Ogre::InstanceManager& manager) {
-    std::size_t count = 0;
-    for (auto it = manager.getInstanceBatchMapIterator(); it.hasMoreElements();)
-        count += it.getNext().size();
-    return count;
-}
-
-/// How much there is of everything that a station brings.
-std::map<std::string, std::size_t> Population() {
-    visual::Scene& scene = *visual::Scene::Get();
-    Ogre::SceneManager& engine = *scene.sceneManager;
-    const visual::MeshManager& meshes = *visual::MeshManager::Get();
-    std::map<std::string, std::size_t> counts{
-        {"Ogre meshes", CountResources(Ogre::MeshManager::getSingleton())},
-        {"Ogre materials", CountResources(Ogre::MaterialManager::getSingleton())},
-        {"Ogre textures", CountResources(Ogre::TextureManager::getSingleton())},
-        {"scene nodes", (engine.*SceneLists::nodes()).size()},
-        {"entities", engine.getMovableObjects("Entity").size()},
-        {"manual objects", engine.getMovableObjects("ManualObject").size()},
-        {"visuals", scene.visuals.size()},
-        {"temporary visuals", scene.tempVisuals.size()},
-        {"pickable objects", selection::VisualSelection::Get()->objects.size()},
-        {"global mesh records", (meshes.*MeshLists::global()).size()},
-        {"mesh records", (meshes.*MeshLists::brought()).size()},
-        {"meshes of shapes", (meshes.*MeshLists::ofShapes()).size()},
-    };
-    for (const auto& [key, manager] : scene.instanceManagers)
-        counts["batches of " + key] = CountBatches(*manager);
-    return counts;
-}
 
 /// Nothing under the address sanitizer, which finds by itself what is left behind.
 std::size_t HeapInUse() {

@@ -1,0 +1,226 @@
+// Random calls of every public operation of the facade, from two threads, on the built-in station,
+// with bad ids, empty lists and numbers that are none mixed in.
+
+#include <gtest/gtest.h>
+#include <OgreException.h>
+#include <OgreRoot.h>
+#include <Standard_Failure.hxx>
+
+#include <any>
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <unordered_set>
+#include <vector>
+
+#include "apps/vrnview/ContentScene.h"
+#include "apps/vrnview/readers/Content.h"
+#include "apps/vrnview/TempFolder.h"
+#include "bench/HeapInUse.h"
+#include "engine/RenderEngine.h"
+#include "examples/cell/Cell.h"
+#include "examples/cell/CellWriter.h"
+#include "mesh/NoTriangleMesh.h"
+#include "selection/VisualSelection.h"
+#include "suite/layout/Layout.h"
+#include "suite/task/Task.h"
+#include "tests/soak/Script.h"
+#include "tests/support/EngineFixture.h"
+#include "tests/support/Population.h"
+#include "view/Camera.h"
+#include "visual/handle/DragHandle.h"
+#include "visual/Visual.h"
+
+namespace vrn::test {
+
+namespace {
+
+using Operation = Script::Operation;
+
+constexpr int rounds = 10;
+/// The first ones fill caches, pools and the free lists of the allocator.
+constexpr int warmUp = 3;
+/// What the heap may have grown by from the end of the warm-up to the last round.
+constexpr std::size_t memoryMargin = 2u << 20;
+
+/// All rounds together; VRN_SOAK_STEPS in the environment asks for another number.
+int StepCount() {
+    const char* wanted = std::getenv("VRN_SOAK_STEPS");
+    return wanted ? std::atoi(wanted) : 10'000;
+}
+
+/// What an operation may answer with, on the caller or out of its task; everything else fails.
+/// Empty for an exception that is stated.
+std::string UnstatedFailure(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const std::out_of_range&) {          // unknown ids and numbers
+    } catch (const std::invalid_argument&) {      // null, lists of unequal length, no numbers
+    } catch (const std::overflow_error& error) {  // directions without length
+        if (std::string(error.what()) != "0-length vector cannot be normalized.")
+            return error.what();
+    } catch (const std::bad_optional_access&) {     // faces and sprays of unknown ids
+    } catch (const std::bad_function_call&) {       // an empty task
+    } catch (const std::bad_cast&) {                // a model object or a value of another kind
+    } catch (const visual::NoTriangleMesh&) {       // the last face hidden
+    } catch (const Ogre::ItemIdentityException&) {  // a name or a light that is taken or missing
+    } catch (const Standard_Failure&) {             // a face past the last, a body that is none
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return {};
+}
+
+}  // namespace
+
+class FacadeSoak : public EngineTest {
+protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        for (const visual::Visual* child : scene().root->getChildren()) furniture.insert(child);
+        content = host::ReadContent(examples::WriteCell(examples::MakeCell(), files.getPath()));
+        ASSERT_TRUE(content.problems.empty()) << content.problems.front();
+    }
+    void TearDown() override {
+        removeStation();
+        content = {};
+        EngineTest::TearDown();
+    }
+
+    void buildStation() {
+        static_cast<void>(host::ShowContent(content));
+        pump();
+        supplies.takeStation(content);
+        supplies.showLasting();
+    }
+    /// Everything that a script can have made, and the settings that it can have changed.
+    void removeStation() {
+        scene().removePreviewCurves();
+        scene().removePreviewedPoints();
+        scene().removePreviewFaces();
+        scene().removePreviewedJointVisual();
+        scene().deleteCopiedVisual();
+        scene().removeDimensionVisual();
+        scene().removePolylines();
+        scene().deleteUVIndicatorVisual();
+        scene().removeAllPositionVisuals();
+        scene().clearTcpTrace();
+        scene().clearHighlightedVisual();
+        scene().clearSelections();
+        scene().clearAllCollisionContacts();
+        pump();
+        const std::vector<visual::Visual*> all = scene().root->getChildren();
+        for (visual::Visual* child : all)
+            if (!furniture.contains(child)) scene().deleteVisual(child);
+        visual::DragHandle::Get()->resetMode();
+        visual::DragHandle::Get()->setAssistHandleVisible(false);
+        layout::Layout::inst()->clear();
+        for (const task::Task* job : content.tasks) task::RemoveTask(*job);
+        scene().setDrawTargetVisual(true);
+        scene().setDrawPathArrow(true);
+        pump();
+    }
+
+    /// `steps` operations, half of them by a thread that posts only, the other half by one that
+    /// also does what belongs to a single interactive thread; beside them the render thread runs
+    /// what waits, and its own share.
+    void runScript(unsigned seed, int steps) {
+        std::atomic<int> running = 2;
+        std::thread poster([&] {
+            post(seed, steps / 2,
+                 [](Operation::Thread thread) { return thread == Operation::Thread::Any; });
+            --running;
+        });
+        std::thread interactive([&] {
+            post(seed + 1000, steps / 2,
+                 [](Operation::Thread thread) { return thread != Operation::Thread::Render; });
+            --running;
+        });
+        Script script(seed + 2000, supplies);
+        while (running > 0) render(script);
+        poster.join();
+        interactive.join();
+        render(script);
+    }
+
+    template <class Admits>
+    void post(unsigned seed, int steps, Admits admits) {
+        Script script(seed, supplies);
+        const std::vector<Operation>& all = Script::operations();
+        for (int i = 0; i < steps; ++i) {
+            const Operation& operation = all[script.choose(all.size())];
+            if (!admits(operation.thread)) continue;
+            // What reads the scene on the caller is for a host to keep apart from its render
+            // thread.
+            std::unique_lock lock(sceneMutex, std::defer_lock);
+            if (operation.thread == Operation::Thread::Caller) lock.lock();
+            note(operation, UnstatedFailure([&] { operation.run(script, scene()); }));
+        }
+    }
+
+    void render(Script& script) {
+        const std::lock_guard lock(sceneMutex);
+        const std::vector<Operation>& all = Script::operations();
+        const Operation& own = all[script.choose(all.size())];
+        if (own.thread == Operation::Thread::Render)
+            note(own, UnstatedFailure([&] { own.run(script, scene()); }));
+        const std::string inTask = UnstatedFailure([] { scene().processMsgs(); });
+        if (!inTask.empty()) failures["a task"] = inTask;
+        auto* picking = selection::VisualSelection::Get();
+        const std::string inPick = UnstatedFailure([&] {
+            picking->update();
+            static_cast<void>(picking->select(static_cast<float>(script.choose(windowWidth)),
+                                              static_cast<float>(script.choose(windowHeight))));
+        });
+        if (!inPick.empty()) failures["a pick"] = inPick;
+        if (script.chance(0.05)) visual::gRenderEngine->root->renderOneFrame();
+    }
+
+    void note(const Operation& operation, const std::string& failure) {
+        const std::lock_guard lock(noteMutex);
+        ++counts[operation.name];
+        if (!failure.empty()) failures[operation.name] = failure;
+    }
+
+    host::TempFolder files;
+    host::Content content;
+    Supplies supplies;
+    std::unordered_set<const visual::Visual*> furniture;
+    std::mutex sceneMutex, noteMutex;
+    std::map<std::string, int> counts;
+    std::map<std::string, std::string> failures;
+};
+
+TEST_F(FacadeSoak, RandomCallsOfEveryOperationThrowWhatIsStatedAndLeaveNothing) {
+    std::map<std::string, std::size_t> populationBefore;
+    std::size_t heapBefore = 0;
+    for (int round = 0; round < rounds; ++round) {
+        SCOPED_TRACE(testing::Message() << "round " << round);
+        buildStation();
+        runScript(static_cast<unsigned>(round) + 1, StepCount() / rounds);
+        removeStation();
+        if (round == warmUp) {
+            populationBefore = Population();
+            heapBefore = bench::HeapInUse();
+        }
+        if (round > warmUp) {
+            EXPECT_EQ(Population(), populationBefore);
+        }
+    }
+    const std::size_t heapAfter = bench::HeapInUse();
+    EXPECT_LE(heapAfter, heapBefore + memoryMargin);
+    RecordProperty("grownBytes", static_cast<int>(heapAfter) - static_cast<int>(heapBefore));
+    for (const auto& [name, what] : failures) ADD_FAILURE() << name << ": " << what;
+    EXPECT_GT(Script::ranTasks(), 0u);
+    if (StepCount() < 10'000) return;
+    for (const Operation& operation : Script::operations())
+        EXPECT_GT(counts[operation.name], 0) << operation.name << " never had its turn";
+}
+
+}  // namespace vrn::test
