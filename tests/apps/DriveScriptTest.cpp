@@ -86,6 +86,40 @@ TEST(DriveScript, ChangesAreReadKeyByKey) {
         "a b");
 }
 
+TEST(DriveScript, LinesOfTheHandleAreReadKeyByKey) {
+    using namespace host::drive;
+    const auto only = [](const std::string& text) {
+        return std::get<HandleAction>(Only(text).action);
+    };
+    const auto attach = std::get<Attach>(only(R"({"do":"attach","object":"arm","size":2.5})"));
+    EXPECT_EQ(attach.object, "arm");
+    EXPECT_EQ(attach.size, 2.5f);
+    EXPECT_FALSE(std::get<Attach>(only(R"({"do":"attach","object":"arm"})")).size);
+    EXPECT_TRUE(std::holds_alternative<Detach>(only(R"({"do":"detach"})")));
+    EXPECT_EQ(std::get<HandleState>(only(R"({"do":"handle","state":"show"})")).state,
+              HandleState::State::Show);
+    EXPECT_EQ(std::get<HandleState>(only(R"({"do":"handle","state":"hide"})")).state,
+              HandleState::State::Hide);
+    EXPECT_EQ(std::get<HandleState>(only(R"({"do":"handle","state":"reset"})")).state,
+              HandleState::State::Reset);
+    EXPECT_EQ(std::get<Grab>(only(R"({"do":"grab","x":1,"y":2})")).at, (host::Pixel{1, 2}));
+    EXPECT_EQ(std::get<DragTo>(only(R"({"do":"drag","x":3,"y":4})")).to, (host::Pixel{3, 4}));
+    EXPECT_TRUE(std::holds_alternative<Release>(only(R"({"do":"release"})")));
+}
+
+TEST(DriveScript, MistakesInLinesOfTheHandleAreTold) {
+    EXPECT_EQ(Refusal(R"({"do":"attach"})"), "s:1: attach needs \"object\", a text");
+    for (const char* size : {"0.4", "11", "\"2\""})
+        EXPECT_EQ(Refusal(std::string(R"({"do":"attach","object":"a","size":)") + size + "}"),
+                  "s:1: attach needs \"size\", a number from 0.5 to 10");
+    EXPECT_EQ(Refusal(R"({"do":"handle","state":"gone"})"),
+              "s:1: handle needs \"state\", one of show, hide, reset");
+    EXPECT_EQ(Refusal(R"({"do":"drag","x":1})"), "s:1: drag needs \"y\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"drag","x":1,"y":2,"dx":3})"), "s:1: drag knows no \"dx\"");
+    EXPECT_EQ(Refusal(R"({"do":"grab","x":1})"), "s:1: grab needs \"y\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"release","x":1})"), "s:1: release knows no \"x\"");
+}
+
 TEST(DriveScript, LinesKeepTheirNumbersPastEmptyOnesAndComments) {
     const auto lines = ParseDriveScript(
         "\n# first\r\n  "
@@ -105,7 +139,7 @@ TEST(DriveScript, MistakesAreToldWithNameAndLine) {
     EXPECT_EQ(Refusal(R"({"do":1})"), "s:1: the line is not an object with a text \"do\"");
     EXPECT_EQ(Refusal(R"({"do":"jump"})"),
               "s:1: \"jump\" is not one of press, drag, pan, wheel, hover, click, box, lasso, "
-              "select, hide, show, mode, picture");
+              "select, hide, show, mode, picture, attach, detach, handle, grab, release");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1})"), "s:1: press needs \"y\", a number");
     EXPECT_EQ(Refusal(R"({"do":"press","x":"1","y":2})"), "s:1: press needs \"x\", a number");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":1e300})"),
