@@ -103,24 +103,28 @@ void RebuildLines(benchmark::State& state) {
         moveCount, static_cast<long>(state.range(0)), Median(times), path.getPathLines().size());
 }
 
-/// The peer: the instances and their nodes, and nothing that knows of them.
+/// The peer: the instances and their nodes under one that carries them all, and nothing that knows
+/// of them. Brought to their places in the world, as the scene's queue does with what it built.
 class BareInstances {
 public:
     BareInstances()
         : manager(Scene::Get()->sceneManager->createInstanceManager(
               "bench", "VRN_FrameMesh", Ogre::RGN_DEFAULT, Ogre::InstanceManager::HWInstancingBasic,
-              5000, Ogre::IM_USEALL)) {}
+              5000, Ogre::IM_USEALL)),
+          group(Scene::Get()->sceneManager->getRootSceneNode()->createChildSceneNode()) {}
     void build() {
         for (int i = 0; i < moveCount; ++i) {
             Ogre::InstancedEntity* instance = manager->createInstancedEntity("InstanceRobTarget");
-            instance->setScale(Ogre::Vector3(50), /*doUpdate=*/true);
+            instance->setScale(Ogre::Vector3(50), /*doUpdate=*/false);
+            instance->_getOwner()->setRenderQueueGroup(60);
+            instance->_getOwner()->setCustomParameter(0, Ogre::Vector4(0, 0, 0, -1));
             const rob::PosTemplate<float> place(PlaceOf(i));
-            Scene::Get()
-                ->sceneManager->getRootSceneNode()
-                ->createChildSceneNode(Ogre::Vector3(place.x, place.y, place.z))
+            group->createChildSceneNode(Ogre::Vector3(place.x, place.y, place.z))
                 ->attachObject(instance);
             instances.push_back(instance);
         }
+        Scene::Get()->sceneManager->getRootSceneNode()->_update(/*updateChildren=*/true,
+                                                                /*parentHasChanged=*/false);
     }
     void remove() {
         for (Ogre::InstancedEntity* instance : instances) {
@@ -133,6 +137,7 @@ public:
 
 private:
     Ogre::InstanceManager* manager;
+    Ogre::SceneNode* group;
     std::vector<Ogre::InstancedEntity*> instances;
 };
 

@@ -192,6 +192,32 @@ private:
     Arena& arena;
 };
 
+template <class Node>
+Node* Placed(const Node& node, Arena& arena) {
+    return new (arena.allocate(sizeof(Node), nodeAlignment)) Node(node);
+}
+
+/// In the order of makeNode, so that it takes the same room.
+BVHNode* Copied(const BVHNode& node, Arena& arena) {
+    if (node.type == BVHNode::Type::Leaf) return Placed(static_cast<const BVHLeaf&>(node), arena);
+    BVHInnerNode inner = static_cast<const BVHInnerNode&>(node);
+    inner.left = Copied(*inner.left, arena);
+    inner.right = Copied(*inner.right, arena);
+    return Placed(inner, arena);
+}
+
+/// The tree in as much memory as it needs, where that is less than a block. A station has a
+/// hierarchy for each face, edge and target; most take a few hundred bytes, and the rest of a
+/// block apiece would be most of the memory of the station.
+BVHTree Fitted(BVHTree tree) {
+    const Arena::Block& block = *tree.arena->firstBlock();
+    if (!tree.root || block.next) return tree;
+    BVHTree fitted;
+    fitted.arena->limitFirstBlock(block.used);
+    fitted.root = Copied(*tree.root, *fitted.arena);
+    return fitted;
+}
+
 }  // namespace
 
 void BVHBuilder::BucketInfo::add(BVHPrimitive* primitive) {
@@ -214,7 +240,7 @@ BVHTree BVHBuilder::build() {
     for (unsigned int i = 0; i < primitives.size(); ++i)
         if (primitives[i] && primitives[i]->enabled) order.push_back(i);
     if (!order.empty()) tree.root = buildNodes(0, static_cast<unsigned>(order.size()), tree.arena);
-    return tree;
+    return Fitted(std::move(tree));
 }
 
 BVHNode* BVHBuilder::buildNodes(unsigned first, unsigned last, Arena* arena) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <deque>
+#include <utility>
 #include <vector>
 
 #include "visual/Visual.h"
@@ -36,18 +38,19 @@ private:
 template <class Node>
 class ForestIterator {
 public:
-    explicit ForestIterator(Node* start) {
-        if (start) pending.push_back(start);
-    }
+    explicit ForestIterator(Node* start) : only(start) {}
     explicit ForestIterator(const std::vector<Node*>& starts)
         : pending(starts.begin(), starts.end()) {
         std::erase(pending, nullptr);
     }
 
     bool next() {
-        if (pending.empty()) return false;
-        current = pending.front();
-        pending.pop_front();
+        if (only)
+            current = std::exchange(only, nullptr);
+        else if (reached < pending.size())
+            current = pending[reached++];
+        else
+            return false;
         for (Node* child : current->getChildren()) pending.push_back(child);
         return true;
     }
@@ -55,7 +58,9 @@ public:
     [[nodiscard]] Node* value() const { return current; }
 
 private:
-    std::deque<Node*> pending;
+    Node* only = nullptr;        // a single start that was not reached yet: most have no children,
+    std::vector<Node*> pending;  // and a walk over one visual takes no memory
+    std::size_t reached = 0;
     Node* current = nullptr;
 };
 

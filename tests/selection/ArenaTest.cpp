@@ -27,6 +27,48 @@ TEST(Arena, AFreshOneHoldsOneEmptyBlockOf4096Bytes) {
     EXPECT_EQ(blocks[0]->used, 0u);
 }
 
+TEST(Arena, TheFirstBlockHasMemoryFromTheFirstAllocationOn) {
+    Arena arena;
+    EXPECT_EQ(arena.firstBlock()->data, nullptr);
+    const void* memory = arena.allocate(8, 8);
+    EXPECT_EQ(arena.firstBlock()->data + 8, memory);
+}
+
+TEST(Arena, AFirstBlockMadeSmallerIsFilledToItsEnd) {
+    Arena arena;
+    arena.limitFirstBlock(48);
+    EXPECT_EQ(arena.firstBlock()->size, 48u);
+    const void* first = arena.allocate(16, 8);
+    const void* second = arena.allocate(16, 8);
+    EXPECT_EQ(arena.firstBlock()->data + 8, first);
+    EXPECT_EQ(arena.firstBlock()->data + 32, second);
+    EXPECT_EQ(BlocksOf(arena).size(), 1u);
+    (void)arena.allocate(1, 8);
+    ASSERT_EQ(BlocksOf(arena).size(), 2u);
+    EXPECT_EQ(BlocksOf(arena)[1]->size, 4096u);
+}
+
+TEST(Arena, ABlockTooSmallForTheFirstRequestStaysEmpty) {
+    Arena arena;
+    arena.limitFirstBlock(0);
+    (void)arena.allocate(8, 8);
+    ASSERT_EQ(BlocksOf(arena).size(), 2u);
+    EXPECT_EQ(arena.firstBlock()->used, 0u);
+}
+
+TEST(Arena, TheFirstBlockIsNeverMadeLargerNorChangedOnceInUse) {
+    Arena arena;
+    arena.limitFirstBlock(5000);
+    EXPECT_EQ(arena.firstBlock()->size, 4096u);
+    (void)arena.allocate(8, 8);
+    arena.limitFirstBlock(16);
+    EXPECT_EQ(arena.firstBlock()->size, 4096u);
+    Arena behind;
+    (void)behind.allocate(5000, 8);  // the first block is empty, but no longer the one in hand
+    behind.limitFirstBlock(16);
+    EXPECT_EQ(behind.firstBlock()->size, 4096u);
+}
+
 TEST(Arena, FiveThousandBytesOpenABlockOf5024AndTheNextEightAnotherOf4096) {
     Arena arena;
     (void)arena.allocate(5000, 8);

@@ -323,6 +323,23 @@ TEST_F(Bvh, AMovedTreeLeavesAnEmptyOneAndAnAssignedOneIsSwapped) {
     EXPECT_EQ(third.root, root);
 }
 
+TEST_F(Bvh, ATreeThatTakesLessThanABlockHasItsRoomToTheByte) {
+    for (int count = 1; count <= 60; ++count) {
+        add(static_cast<float>(count % 7) * 20, static_cast<float>(count % 5) * 20, 0);
+        const BVHTree tree = BVHBuilder(&container).build();
+        const Arena::Block* block = tree.arena->firstBlock();
+        if (block->next) {
+            EXPECT_EQ(block->size, Arena::blockSize);
+            EXPECT_GT(count, 30);
+        } else {
+            EXPECT_EQ(block->size, block->used);
+        }
+        std::vector<BVHPrimitive*> collected;
+        tree.root->collectPrimitives(collected);
+        EXPECT_EQ(collected.size(), static_cast<std::size_t>(count));
+    }
+}
+
 // --- candidates
 
 TEST_F(Bvh, CandidatesAreAppended) {

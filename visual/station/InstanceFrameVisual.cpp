@@ -18,10 +18,11 @@ namespace vrn::visual {
 
 namespace {
 
-constexpr const char* mainManager = "VRN_FrameInstanceManager";
+// Strings, since each target asks the scene for its manager.
+const std::string mainManager = "VRN_FrameInstanceManager";
 // Manager and material have one name.
-constexpr const char* highlightName = "InstanceRobTargetHighlight";
-constexpr const char* selectedName = "InstanceRobTargetSelected";
+const std::string highlightName = "InstanceRobTargetHighlight";
+const std::string selectedName = "InstanceRobTargetSelected";
 
 constexpr Ogre::uint8 lineQueueGroup = 60;
 constexpr std::size_t colourParameter = 0;
@@ -48,10 +49,13 @@ InstanceFrameVisual::InstanceFrameVisual(Visual* parent, std::uint32_t idIn,
 }
 
 InstanceFrameVisual::InstanceFrameVisual(Visual* parent, std::uint32_t idIn, const SharedName& name,
-                                         VisualType frameType, std::string instanceMaterialName)
+                                         VisualType frameType, std::string instanceMaterialName,
+                                         const rob::PoseTemplate<float>* pose)
     : Visual(idIn, name, parent),
       instanceMaterial(std::move(instanceMaterialName)),
       frameSize(FrameSizeOfType(frameType)) {
+    // First: the instance is placed in the world as soon as it is there, and then once is enough.
+    if (pose) setPose(*pose);
     init(frameType);
 }
 
@@ -75,11 +79,13 @@ Ogre::InstancedEntity* InstanceFrameVisual::createEntity(const std::string& mana
         Scene::Get()->instanceManagers.at(managerKey)->createInstancedEntity(materialName);
     // A slot that an earlier target gave back keeps that one's visibility.
     look->setVisible(true);
-    look->setScale(ScaleOfSize(size), /*doUpdate=*/true);
     // A batch is drawn as one: its own queue group and colour count, those of the instance do not.
     look->_getOwner()->setRenderQueueGroup(lineQueueGroup);
     look->_getOwner()->setCustomParameter(colourParameter, vertexColours);
     attachObject(look);
+    // Behind the attaching, which would work out the place in the world as well. The engine wants
+    // it known from now on, and not only from the next frame.
+    look->setScale(ScaleOfSize(size), /*doUpdate=*/true);
     return look;
 }
 

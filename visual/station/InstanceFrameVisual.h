@@ -24,9 +24,11 @@ public:
     /// then leaves the tree as it was.
     InstanceFrameVisual(Visual* parent, std::uint32_t idIn, const std::string& name,
                         VisualType frameType, std::string instanceMaterialName);
-    /// As above, with a name that others may carry too: several moves go to one target.
+    /// As above, with a name that others may carry too: several moves go to one target. Stands at
+    /// `pose`, or at the parent's place for null.
     InstanceFrameVisual(Visual* parent, std::uint32_t idIn, const SharedName& name,
-                        VisualType frameType, std::string instanceMaterialName);
+                        VisualType frameType, std::string instanceMaterialName,
+                        const rob::PoseTemplate<float>* pose = nullptr);
     ~InstanceFrameVisual() override;
 
     /// Rescales all looks, and has a registered visual picked at its new size. The settings stay as

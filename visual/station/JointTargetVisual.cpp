@@ -1,6 +1,6 @@
 #include "visual/station/JointTargetVisual.h"
 
-#include <format>
+#include <string>
 
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
@@ -9,16 +9,16 @@
 
 namespace vrn::visual {
 
-JointTargetVisual::JointTargetVisual(Visual* parent, std::uint32_t idIn)
-    : InstanceFrameVisual(parent, idIn, SharedName{std::format("JOINTTARGET_{}", idIn)},
-                          VisualType::JointTarget, "InstanceFrame") {}
+JointTargetVisual::JointTargetVisual(Visual* parent, std::uint32_t idIn,
+                                     const rob::PoseTemplate<float>* pose)
+    : InstanceFrameVisual(parent, idIn, SharedName{"JOINTTARGET_" + std::to_string(idIn)},
+                          VisualType::JointTarget, "InstanceFrame", pose) {}
 
 JointTargetVisual* JointTargetVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
     const rob::PoseTemplate<float> pose = ModelPose(*modelNode);
-    auto* target = new JointTargetVisual(parent, modelNode->id);
+    auto* target = new JointTargetVisual(parent, modelNode->id, &pose);
     target->resetAppearance();
     Scene::Get()->visuals[target->id] = target;
-    target->setPose(pose);
     selection::VisualSelection::Get()->addFrameVisual(target);
     return target;
 }

@@ -8,7 +8,8 @@ namespace vrn::visual {
 /// highlighted it looks like a robot target. Thread: render.
 class VRN_VISUAL_API JointTargetVisual : public InstanceFrameVisual {
 public:
-    JointTargetVisual(Visual* parent, std::uint32_t idIn);
+    JointTargetVisual(Visual* parent, std::uint32_t idIn,
+                      const rob::PoseTemplate<float>* pose = nullptr);
 
     /// With id and pose of the model object, entered in the registry and in the selection. Throws
     /// what ModelPose and the constructor throw; then the tree is as it was.

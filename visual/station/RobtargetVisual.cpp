@@ -1,24 +1,29 @@
 #include "visual/station/RobtargetVisual.h"
 
-#include <format>
+#include <string>
 
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
+#include "suite/sdf/SdfNode.h"
 #include "visual/station/ModelPose.h"
 
 namespace vrn::visual {
 
-RobtargetVisual::RobtargetVisual(Visual* parent, std::uint32_t idIn)
-    : InstanceFrameVisual(parent, idIn, SharedName{std::format("ROBTARGET_{}", idIn)},
-                          VisualType::RobTarget, "InstanceRobTarget") {}
+RobtargetVisual::RobtargetVisual(Visual* parent, std::uint32_t idIn,
+                                 const rob::PoseTemplate<float>* pose)
+    : InstanceFrameVisual(parent, idIn, SharedName{"ROBTARGET_" + std::to_string(idIn)},
+                          VisualType::RobTarget, "InstanceRobTarget", pose) {}
 
 RobtargetVisual* RobtargetVisual::Build(Visual* parent, std::uint32_t idIn) {
-    const rob::PoseTemplate<float> pose = ModelPose(*sdf::SdfManager::inst()->at(idIn));
-    auto* target = new RobtargetVisual(parent, idIn);
+    return Build(parent, *sdf::SdfManager::inst()->at(idIn));
+}
+
+RobtargetVisual* RobtargetVisual::Build(Visual* parent, const sdf::SdfNode& modelNode) {
+    const rob::PoseTemplate<float> pose = ModelPose(modelNode);
+    auto* target = new RobtargetVisual(parent, modelNode.id, &pose);
     target->resetAppearance();
     Scene::Get()->visuals[target->id] = target;
-    target->setPose(pose);
     selection::VisualSelection::Get()->addFrameVisual(target);
     return target;
 }

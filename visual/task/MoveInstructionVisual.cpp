@@ -78,11 +78,14 @@ void MoveInstructionVisual::buildTriads() {
         targetVisual = JointTargetVisual::Build(this, joints);
         return;
     }
-    const task::RobTargetDataItem* circlePoint = instruction->getCircleItem();
+    const task::RobTargetDataItem* circlePoint =
+        instruction->getCircleItemId() == 0 ? nullptr : instruction->getCircleItem();
     // Refused before the first triad is made: there are both or none.
     if (circlePoint) static_cast<void>(ModelPose(*circlePoint));
-    targetVisual = RobtargetVisual::Build(this, instruction->getTargetItemId());
-    if (circlePoint) circleVisual = RobtargetVisual::Build(this, instruction->getCircleItemId());
+    // What is no data item is looked up by its id, and refused there if it is not known at all.
+    targetVisual = target ? RobtargetVisual::Build(this, *target)
+                          : RobtargetVisual::Build(this, instruction->getTargetItemId());
+    if (circlePoint) circleVisual = RobtargetVisual::Build(this, *circlePoint);
 }
 
 void MoveInstructionVisual::removePathArrow() {
