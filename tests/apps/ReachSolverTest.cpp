@@ -91,7 +91,7 @@ TEST_F(ReachSolverTest, FollowFindsThePostureNextToItsStart) {
 
 TEST_F(ReachSolverTest, ReachFindsSomePostureFromFarAway) {
     const ReachSolver solver(arm(), hand, pen);
-    const JointValues start = Values({0, 10, 10, 0, 60, 0});
+    const JointValues start = Values({0, 10, 10, 250, 60, -250});
     const Kinematics kinematics = arm();
     for (const JointValues& values : Postures()) {
         const Pose wanted = solver.toolAt(values);
@@ -101,6 +101,13 @@ TEST_F(ReachSolverTest, ReachFindsSomePostureFromFarAway) {
         for (std::size_t i = 0; i < found->size(); ++i) {
             EXPECT_GE((*found)[i], *kinematics.getJoints()[i].lower - 1e-6);
             EXPECT_LE((*found)[i], *kinematics.getJoints()[i].upper + 1e-6);
+            // Not a turn more than it needs.
+            for (const double turn : {-2 * std::numbers::pi, 2 * std::numbers::pi}) {
+                const double other = (*found)[i] + turn;
+                const Joint& joint = kinematics.getJoints()[i];
+                if (other < *joint.lower || other > *joint.upper) continue;
+                EXPECT_LE(std::abs((*found)[i] - start[i]), std::abs(other - start[i]) + 1e-9);
+            }
         }
     }
 }

@@ -168,10 +168,15 @@ Pose ReachSolver::toolAt(const JointValues& values) const {
 }
 
 std::optional<JointValues> ReachSolver::follow(const Pose& wanted, const JointValues& start) const {
+    return solve(wanted, start, start);
+}
+
+std::optional<JointValues> ReachSolver::solve(const Pose& wanted, const JointValues& seed,
+                                              const JointValues& start) const {
     KDL::JntArray found(static_cast<unsigned>(chain->moving.size()));
     // Its verdict is not asked: near a bent-back wrist it stops for small steps where it is close
     // enough for us.
-    chain->inverse->CartToJnt(chain->arrayOf(start), FrameOf(wanted), found);
+    chain->inverse->CartToJnt(chain->arrayOf(seed), FrameOf(wanted), found);
     JointValues values = chain->valuesOf(found, start);
     for (std::size_t i = 0; i < chain->moving.size(); ++i)
         if (!IsInside(values[chain->moving[i]], chain->joints[i])) return std::nullopt;
@@ -195,7 +200,7 @@ std::optional<JointValues> ReachSolver::reach(const Pose& wanted, const JointVal
     constexpr unsigned postures = 64;
     std::optional<JointValues> best;
     for (unsigned i = 1; i <= postures; ++i) {
-        const auto found = follow(wanted, chain->posture(i, start));
+        const auto found = solve(wanted, chain->posture(i, start), start);
         if (found && (!best || wayFrom(*found) < wayFrom(*best))) best = found;
     }
     return best;

@@ -53,6 +53,11 @@ public:
 
 private:
     struct Chain;
+
+    /// The iteration begins at `seed`; of turns that mean the same the one next to `start` counts.
+    [[nodiscard]] std::optional<JointValues> solve(const Pose& wanted, const JointValues& seed,
+                                                   const JointValues& start) const;
+
     std::unique_ptr<Chain> chain;
 };
 
