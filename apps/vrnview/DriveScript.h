@@ -6,6 +6,9 @@
 #include <variant>
 #include <vector>
 
+#include "apps/vrnview/drive/HandleScript.h"
+#include "apps/vrnview/drive/MeasureScript.h"
+#include "apps/vrnview/drive/PreviewScript.h"
 #include "engine/Scene.h"
 #include "suite/rob/VectorTypes.h"
 
@@ -53,7 +56,7 @@ struct TakePicture {
 };
 
 using Action = std::variant<Press, Drag, Pan, Wheel, Hover, Click, Box, Lasso, Select, Show, Mode,
-                            TakePicture>;
+                            TakePicture, HandleAction, PreviewAction, MeasureAction>;
 
 }  // namespace drive
 

@@ -20,6 +20,14 @@ namespace vrn::test {
     return std::sqrt(sum);
 }
 
+/// How many pixels look different.
+[[nodiscard]] inline int Changed(const headless::Picture& a, const headless::Picture& b) {
+    int changed = 0;
+    for (int y = 0; y < a.getHeight(); ++y)
+        for (int x = 0; x < a.getWidth(); ++x) changed += Difference(a.at(x, y), b.at(x, y)) > 30;
+    return changed;
+}
+
 /// A box from the origin to (100, 100, 100), seen from the front, right and above.
 class DriveHost : public VrnviewTest {
 protected:

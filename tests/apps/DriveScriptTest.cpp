@@ -120,6 +120,155 @@ TEST(DriveScript, MistakesInLinesOfTheHandleAreTold) {
     EXPECT_EQ(Refusal(R"({"do":"release","x":1})"), "s:1: release knows no \"x\"");
 }
 
+template <class Action>
+Action Preview(const std::string& text) {
+    return std::get<Action>(std::get<host::drive::PreviewAction>(Only(text).action));
+}
+
+template <class Action>
+Action Measure(const std::string& text) {
+    return std::get<Action>(std::get<host::drive::MeasureAction>(Only(text).action));
+}
+
+TEST(DriveScript, PreviewsAreReadKeyByKey) {
+    using namespace host::drive;
+    const auto edges =
+        Preview<PreviewEdges>(R"({"do":"preview","what":"edges","object":"a","edges":[3,1]})");
+    EXPECT_EQ(edges.object, "a");
+    EXPECT_THAT(edges.edges, ElementsAre(3, 1));
+    const auto wire =
+        Preview<PreviewWire>(R"({"do":"preview","what":"wire","object":"a","face":2})");
+    EXPECT_EQ(wire.object, "a");
+    EXPECT_EQ(wire.face, 2u);
+    const auto faces =
+        Preview<PreviewFaces>(R"({"do":"preview","what":"faces","object":"a","faces":[1,7]})");
+    EXPECT_EQ(faces.object, "a");
+    EXPECT_THAT(faces.faces, ElementsAre(1, 7));
+    const auto points = Preview<PreviewPoints>(
+        R"({"do":"preview","what":"points","object":"a","points":[[1,2,3]],"colour":[0,0.5,1]})");
+    EXPECT_EQ(points.object, "a");
+    EXPECT_THAT(points.points, ElementsAre(rob::PosTemplate<double>{1, 2, 3}));
+    EXPECT_EQ(points.colour, (rob::ColorTemplate<float>{0, 0.5f, 1}));
+    const auto targets = Preview<PreviewTargets>(
+        R"({"do":"preview","what":"targets","poses":[{"position":[1,2,3]},{}]})");
+    ASSERT_EQ(targets.poses.size(), 2u);
+    EXPECT_EQ(targets.poses[0].position, (rob::PosTemplate<double>{1, 2, 3}));
+    EXPECT_EQ(targets.poses[1], host::Pose{});
+    const auto joint =
+        Preview<PreviewJoint>(R"({"do":"preview","what":"joint","from":[1,2,3],"to":[4,5,6]})");
+    EXPECT_EQ(joint.from, (rob::PosTemplate<double>{1, 2, 3}));
+    EXPECT_EQ(joint.to, (rob::PosTemplate<double>{4, 5, 6}));
+    const auto frame = Preview<PreviewFrame>(
+        R"({"do":"preview","what":"frame","key":9,"pose":{"quaternion":[0,1,0,0]},"dashed":true})");
+    EXPECT_EQ(frame.key, 9u);
+    EXPECT_TRUE(frame.dashed);
+    EXPECT_EQ(frame.pose.rotation, (rob::RotationTemplate<double>{0.0, 1.0, 0.0, 0.0}));
+    const auto copy = Preview<PreviewCopy>(
+        R"({"do":"preview","what":"copy","object":"a","pose":{"position":[1,2,3]}})");
+    EXPECT_EQ(copy.object, "a");
+    EXPECT_EQ(copy.pose.position, (rob::PosTemplate<double>{1, 2, 3}));
+}
+
+TEST(DriveScript, RemovalsAreReadByTheirNames) {
+    using What = host::drive::Remove::What;
+    const std::vector<std::pair<std::string, What>> all{
+        {"curves", What::Curves},       {"points", What::Points}, {"faces", What::Faces},
+        {"joint", What::Joint},         {"copy", What::Copy},     {"measures", What::Measures},
+        {"polylines", What::Polylines}, {"uv", What::Uv}};
+    for (const auto& [name, what] : all)
+        EXPECT_EQ(Preview<host::drive::Remove>(R"({"do":"remove","what":")" + name + "\"}").what,
+                  what)
+            << name;
+    const auto frame = Preview<host::drive::Remove>(R"({"do":"remove","what":"frame","key":4})");
+    EXPECT_EQ(frame.what, What::Frame);
+    EXPECT_EQ(frame.key, 4u);
+}
+
+TEST(DriveScript, MistakesInPreviewsAreTold) {
+    const auto preview = [](const std::string& rest) {
+        return Refusal(R"({"do":"preview","what":)" + rest + "}");
+    };
+    EXPECT_EQ(preview(R"("smoke")"),
+              "s:1: preview needs \"what\", one of edges, wire, faces, "
+              "points, targets, joint, frame, copy");
+    for (const char* edges : {"[]", "[0]", "[-1]", "[1.5]", "3", "[\"1\"]", "[3000000000]"})
+        EXPECT_EQ(preview(std::string(R"("edges","object":"a","edges":)") + edges),
+                  "s:1: preview needs \"edges\", a list of whole numbers from 1")
+            << edges;
+    EXPECT_EQ(preview(R"("wire","object":"a","face":0)"),
+              "s:1: preview needs \"face\", a whole number from 1");
+    for (const char* points : {"[]", "[[1,2]]", "[[1,2,2e9]]", "[[1,2,null]]", "[3]"})
+        EXPECT_EQ(preview(std::string(R"("points","object":"a","points":)") + points),
+                  "s:1: preview needs \"points\", a list of 1 or more [x, y, z] of at most 1e9")
+            << points;
+    for (const char* colour : {"[1,1]", "[1,1,1.5]", "[-1,0,0]", "\"red\""})
+        EXPECT_EQ(
+            preview(std::string(R"("points","object":"a","points":[[1,2,3]],"colour":)") + colour),
+            "s:1: preview needs \"colour\", [r, g, b], each from 0 to 1")
+            << colour;
+    EXPECT_EQ(preview(R"("targets","poses":[])"),
+              "s:1: preview needs \"poses\", a list of one or more poses");
+    EXPECT_EQ(preview(R"("copy","object":"a")"), "s:1: preview needs \"pose\", a pose");
+    EXPECT_EQ(preview(R"("copy","object":"a","pose":{"at":1})"),
+              "s:1: preview needs \"pose\", a pose: 'pose' has the unknown key 'at'");
+    EXPECT_EQ(preview(R"("joint","from":[1,2,3],"to":[1])"),
+              "s:1: preview needs \"to\", [x, y, z] of at most 1e9");
+    EXPECT_EQ(preview(R"("frame","key":1,"pose":{},"dashed":1)"),
+              "s:1: preview needs \"dashed\", true or false");
+    EXPECT_EQ(preview(R"("wire","object":"a","face":1,"edges":[1])"),
+              "s:1: preview knows no \"edges\"");
+    EXPECT_EQ(Refusal(R"({"do":"remove","what":"all"})"),
+              "s:1: remove needs \"what\", one of curves, points, faces, joint, frame, copy, "
+              "measures, uv, polylines");
+    EXPECT_EQ(Refusal(R"({"do":"remove","what":"frame"})"),
+              "s:1: remove needs \"key\", a whole number from 1");
+    EXPECT_EQ(Refusal(R"({"do":"remove","what":"copy","key":1})"), "s:1: remove knows no \"key\"");
+}
+
+TEST(DriveScript, MeasuresAreReadKeyByKey) {
+    using namespace host::drive;
+    using host::Pixel;
+    const auto distance =
+        Measure<MeasureDistance>(R"({"do":"measure","what":"distance","points":[[1,2],[3,4]]})");
+    EXPECT_THAT(distance.places.pixels, ElementsAre(Pixel{1, 2}, Pixel{3, 4}));
+    EXPECT_FALSE(distance.places.snap);
+    const auto angle = Measure<MeasureAngle>(
+        R"({"do":"measure","what":"angle","points":[[1,2],[3,4],[5,6]],"snap":true})");
+    EXPECT_THAT(angle.places.pixels, ElementsAre(Pixel{1, 2}, Pixel{3, 4}, Pixel{5, 6}));
+    EXPECT_TRUE(angle.places.snap);
+    EXPECT_EQ(Measure<MeasureDiameter>(
+                  R"({"do":"measure","what":"diameter","points":[[1,2],[3,4],[5,6]]})")
+                  .places.pixels.size(),
+              3u);
+    const auto edge =
+        Measure<MeasureEdge>(R"({"do":"measure","what":"diameter","object":"a","edge":3})");
+    EXPECT_EQ(edge.object, "a");
+    EXPECT_EQ(edge.edge, 3u);
+    EXPECT_EQ(Measure<ShowUv>(R"({"do":"uv","x":1,"y":2})").at, (Pixel{1, 2}));
+    const auto line =
+        Measure<Polyline>(R"({"do":"polyline","points":[[1,2,3],[4,5,6]],"arrow":true})");
+    EXPECT_EQ(line.points.size(), 2u);
+    EXPECT_TRUE(line.arrow);
+}
+
+TEST(DriveScript, MistakesInMeasuresAreTold) {
+    EXPECT_EQ(Refusal(R"({"do":"measure","what":"weight"})"),
+              "s:1: measure needs \"what\", one of distance, angle, diameter");
+    EXPECT_EQ(Refusal(R"({"do":"measure","what":"distance","points":[[1,2]]})"),
+              "s:1: measure needs \"points\", a list of 2 [x, y]");
+    EXPECT_EQ(Refusal(R"({"do":"measure","what":"angle","points":[[1,2],[3,4]]})"),
+              "s:1: measure needs \"points\", a list of 3 [x, y]");
+    EXPECT_EQ(Refusal(R"({"do":"measure","what":"diameter","points":[[1,2],[3,4],[5]]})"),
+              "s:1: measure needs \"points\", a list of 3 [x, y]");
+    EXPECT_EQ(Refusal(R"({"do":"measure","what":"diameter","object":"a"})"),
+              "s:1: measure needs \"edge\", a whole number from 1");
+    EXPECT_EQ(Refusal(R"({"do":"measure","what":"distance","points":[[1,2],[3,4]],"snap":"yes"})"),
+              "s:1: measure needs \"snap\", true or false");
+    EXPECT_EQ(Refusal(R"({"do":"uv","x":1})"), "s:1: uv needs \"y\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"polyline","points":[[1,2,3]]})"),
+              "s:1: polyline needs \"points\", a list of 2 or more [x, y, z] of at most 1e9");
+}
+
 TEST(DriveScript, LinesKeepTheirNumbersPastEmptyOnesAndComments) {
     const auto lines = ParseDriveScript(
         "\n# first\r\n  "
@@ -139,7 +288,8 @@ TEST(DriveScript, MistakesAreToldWithNameAndLine) {
     EXPECT_EQ(Refusal(R"({"do":1})"), "s:1: the line is not an object with a text \"do\"");
     EXPECT_EQ(Refusal(R"({"do":"jump"})"),
               "s:1: \"jump\" is not one of press, drag, pan, wheel, hover, click, box, lasso, "
-              "select, hide, show, mode, picture, attach, detach, handle, grab, release");
+              "select, hide, show, mode, picture, attach, detach, handle, grab, release, "
+              "preview, remove, measure, uv, polyline");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1})"), "s:1: press needs \"y\", a number");
     EXPECT_EQ(Refusal(R"({"do":"press","x":"1","y":2})"), "s:1: press needs \"x\", a number");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":1e300})"),
