@@ -79,8 +79,10 @@ protected:
         to.clearSelections();
         to.updateWObj(task.getWObjDataItems().at(0)->id);
         to.updateToolData(task.getToolDataItems().at(0)->id);
+        to.previewTargets({{}, {}});
         to.setDrawPathArrow(true);
         to.setDrawPathArrow(false);
+        to.removePreviewedPoints();
         to.setFrameSize(20U + static_cast<unsigned>(round % 3), VisualType::RobTarget);
         to.removePathVisual(path.id);
         addAgain(path);
