@@ -2,12 +2,14 @@
 
 #include <filesystem>
 #include <format>
+#include <fstream>
 #include <iostream>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
 
 #include "apps/vrnview/Drive.h"
+#include "apps/vrnview/drive/PaintReport.h"
 #include "apps/vrnview/DriveScript.h"
 #include "apps/vrnview/Failure.h"
 #include "apps/vrnview/Picking.h"
@@ -16,6 +18,7 @@
 #include "apps/vrnview/readers/OcctGuard.h"
 #include "apps/vrnview/Report.h"
 #include "apps/vrnview/TempFolder.h"
+#include "apps/vrnview/tour/Tour.h"
 #include "apps/vrnview/Viewer.h"
 #include "apps/vrnview/ViewTarget.h"
 #include "engine/Scene.h"
@@ -90,7 +93,20 @@ int RenderInputs(const Options& options, const std::vector<InputFile>& inputs) {
     return known ? StatusOf(reports) : 1;
 }
 
+/// The pictures, and beside them the page that shows them.
+int RunTour(const std::filesystem::path& folder, const Options& options) {
+    RenderTour(folder, options.widthPx, options.heightPx);
+    std::ofstream page(folder / "tour.md");
+    page << TourPage(".");
+    if (!page.flush())
+        throw std::runtime_error(
+            std::format("{}: cannot be written", (folder / "tour.md").string()));
+    std::cout << (folder / "tour.md").string() << '\n';
+    return 0;
+}
+
 int RunDemo(const Options& options) {
+    if (options.tourFolder) return RunTour(*options.tourFolder, options);
     // By way of files, as a user's station would come.
     const TempFolder temporary;
     std::filesystem::path station;
@@ -150,15 +166,18 @@ int RunPick(const Options& options) {
 int RunDrive(const Options& options) {
     // A mistake in the script shows before anything is read or written.
     const std::vector<DriveLine> lines = ReadDriveScript(options.script);
+    sdf::ObjectStore made;
     Viewer viewer;
     viewer.setJoints(options.joints);
     const std::vector<InputReport> inputs = OpenAll(viewer, PlainInputs(options));
     const bool known = NamesAreKnown(viewer, options);
     std::filesystem::create_directories(options.output);
     const auto view = viewer.openView(options.widthPx, options.heightPx, options.looks);
-    DriveStage stage{viewer, *view, options.output,
+    DriveStage stage{viewer, *view, options.output, made,
                      [](const std::string& answer) { std::cout << answer << std::flush; }};
     Drive(lines, options.script.string(), stage);
+    if (options.paintReport)
+        WritePaintReport(PaintedBodies(*visual::Scene::Get()->root), *options.paintReport);
     return known ? StatusOf(inputs) : 1;
 }
 

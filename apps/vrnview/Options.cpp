@@ -252,6 +252,10 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     CLI::App* demo = app.add_subcommand("demo", "render the built-in station");
     demo->add_option("-o,--output", options.output, "the picture (default demo.png)")
         ->type_name("FILE.png");
+    demo->add_option(
+            "--tour", options.tourFolder,
+            "in place of the picture: one for each thing that the viewport shows, and a page")
+        ->type_name("DIR");
     demo->add_option("--save", options.saveFolder, "keep the station's files in this folder")
         ->type_name("DIR");
     AddPictureOptions(*demo, options);
@@ -282,6 +286,10 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     drive->add_option("-o,--output", options.output, "the folder for the pictures")
         ->required()
         ->type_name("DIR");
+    drive
+        ->add_option("--paint-report", options.paintReport,
+                     "how much of each body is painted at the end")
+        ->type_name("FILE.csv");
     AddPictureOptions(*drive, options);
 
     CLI::App* run = app.add_subcommand("run", "run a robot's program, as pictures");

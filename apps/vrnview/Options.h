@@ -30,15 +30,17 @@ struct Options {
     std::vector<std::filesystem::path> inputs;
     std::filesystem::path output = "demo.png";        ///< of drive and run: a folder
     std::optional<std::filesystem::path> saveFolder;  ///< where demo keeps the files that it makes
+    std::optional<std::filesystem::path> tourFolder;  ///< of demo: the pictures of the tour instead
     int widthPx = 1280;
     int heightPx = 720;
     Looks looks;
     std::vector<JointValue> joints;
     bool json = false;
     PickRequest pick;
-    std::filesystem::path script;     ///< that drive replays
-    std::optional<std::string> task;  ///< that run runs; without one the first
-    int frames = 100;                 ///< of run
+    std::filesystem::path script;                      ///< that drive replays
+    std::optional<std::filesystem::path> paintReport;  ///< that drive writes
+    std::optional<std::string> task;                   ///< that run runs; without one the first
+    int frames = 100;                                  ///< of run
 };
 
 /// What to do instead of running: print `text` and end with `status`.
