@@ -80,6 +80,14 @@ void ApplyMaterial(Ogre::MovableObject* object, const Ogre::MaterialPtr& materia
     }
 }
 
+// A parent that is flattened to nothing on an axis has no place there but its own origin.
+void PlaceInWorld(Ogre::Node& node, const Pos& position) {
+    Ogre::Vector3 local = node.getParent()->convertWorldToLocalPosition(ToOgre(position));
+    for (std::size_t i = 0; i < 3; ++i)
+        if (!std::isfinite(local[i])) local[i] = 0;
+    node.setPosition(local);
+}
+
 // Ogre lets the nodes below know of a move at the next frame only. Their places in the world are
 // read before that: picking takes them once, after the move and before the frame.
 void NoteParentMoved(const Ogre::Node& node) {
@@ -321,7 +329,7 @@ void Visual::setWorldPosition(const Pos& position) {
     if (!node->getParent())
         return setPosition(position);  // the engine's own setter would do nothing
     checkMovable(IsFinite(position));
-    node->_setDerivedPosition(ToOgre(position));
+    PlaceInWorld(*node, position);
     markDirty();
 }
 
@@ -351,7 +359,7 @@ Pose Visual::getPose() const { return {getPosition(), FromOgre(node->getOrientat
 void Visual::setWorldPose(const Pose& pose) {
     if (!node->getParent()) return setPose(pose);
     checkMovable(IsFinite(pose));
-    node->_setDerivedPosition(ToOgre(pose.position));
+    PlaceInWorld(*node, pose.position);
     node->_setDerivedOrientation(ToOgre(pose.rotation));
     markDirty();
 }

@@ -127,7 +127,8 @@ public:
     /// Poses. Every setter marks the subtree dirty in VisualSelection, so vrn::selection::Init must
     /// have run, else std::logic_error is thrown. Rotations are normalised, a zero quaternion
     /// counts as the identity. A coordinate that is not finite throws std::invalid_argument and
-    /// changes nothing. The world forms act as local ones on a visual without parent.
+    /// changes nothing. The world forms act as local ones on a visual without parent; under a
+    /// parent of scale 0 on an axis the position on that axis is the parent's.
     void setPosition(const rob::PosTemplate<float>& position);
     void setPosition(float x, float y, float z);
     [[nodiscard]] rob::PosTemplate<float> getPosition() const;

@@ -252,4 +252,16 @@ TEST_F(VisualPose, WhatIsRefusedMarksNothing) {
     EXPECT_FALSE(selection::VisualSelection::Get()->dirty);
 }
 
+TEST_F(VisualPose, UnderAParentOfNoExtentAWorldPositionIsTheParentsThere) {
+    visual->setPosition(10, 20, 30);
+    visual->setScale(0, 2, 1);
+    auto* child = new Visual("child", visual);
+    child->setWorldPose({{100, 200, 300}, {}});
+    ExpectNear(child->getPosition(), {0, 90, 270});
+    ExpectNear(child->getWorldPosition(), {10, 200, 300});
+    child->setWorldPosition({-5, 20, 30});
+    ExpectNear(child->getPosition(), {0, 0, 0});
+    frame();
+}
+
 }  // namespace vrn::test
