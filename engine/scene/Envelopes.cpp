@@ -52,9 +52,11 @@ void Scene::removeWorkEnvelopeVisual(std::uint32_t id) {
 
 void Scene::forgetEnvelope(const Visual* visual) {
     if (visual->type != VisualType::WorkEnvelope) return;
-    for (const auto& [id, owner] : visuals)
-        if (auto* manipulator = dynamic_cast<ManipulatorVisual*>(owner))
-            manipulator->forgetWorkEnvelope(visual);
+    const auto tellRobot = [visual](const auto* envelope) {
+        if (envelope && envelope->robot) envelope->robot->forgetWorkEnvelope(visual);
+    };
+    tellRobot(dynamic_cast<const WorkEnvelope2DVisual*>(visual));
+    tellRobot(dynamic_cast<const WorkEnvelope3DVisual*>(visual));
 }
 
 }  // namespace vrn::visual

@@ -313,4 +313,83 @@ TEST_F(WorkEnvelopes, ARobotForgetsAnOutlineThatDiesWithItsParent) {
     EXPECT_NO_THROW(pump());
 }
 
+TEST_F(WorkEnvelopes, AnOutlineUnderAnotherParentGoesWithItsRobot) {
+    Visual* carrier = addPlain(VisualType::None);
+    scene().addWorkEnvelopeVisual(robot->id, carrier->id, profile, normals, 0, halfPi);
+    pump();
+    ASSERT_EQ(envelopesBelow(carrier).size(), 1u);
+    scene().removeVisual(robot->id);
+    pump();
+    EXPECT_TRUE(envelopesBelow(carrier).empty());
+    scene().deleteVisual(carrier);
+}
+
+TEST_F(WorkEnvelopes, ARobotGoesWithAnOutlineOnItsLinkOrBesideIt) {
+    add();  // the outline dies first, while the robot is no longer in the registry
+    scene().removeVisual(robot->id);
+    EXPECT_NO_THROW(pump());
+
+    Visual* cell = addPlain(VisualType::None);
+    auto* other = model.make<layout::Manipulator>("other", "abb");
+    ManipulatorVisual::Build(cell, other, /*buildChildren=*/true);
+    scene().addWorkEnvelopeVisual(other->id, cell->id, profile, normals, 0, halfPi);
+    pump();
+    ASSERT_EQ(envelopesBelow(cell).size(), 1u);
+    EXPECT_NO_THROW(scene().deleteVisual(cell));  // whose children are both
+}
+
+TEST_F(WorkEnvelopes, ARobotThatGivesItsOutlineAwayLeavesItAlone) {
+    add();
+    WorkEnvelope2DVisual* outline = visual->getWorkEnvelope2D();
+    outline->attachTo(root());
+    visual->setWorkEnvelope2DVisual(nullptr);
+    auto* heir = model.make<layout::Manipulator>("heir", "abb");
+    ManipulatorVisual::Build(root(), heir, /*buildChildren=*/true);
+    auto* heirVisual = dynamic_cast<ManipulatorVisual*>(visualOf(heir));
+    visual->setWorkEnvelope2DVisual(outline);
+    heirVisual->setWorkEnvelope2DVisual(outline);
+    EXPECT_EQ(visual->getWorkEnvelope2D(), nullptr);
+    scene().removeVisual(robot->id);
+    pump();
+    EXPECT_EQ(envelopesBelow(root()), std::vector<Visual*>{outline});
+    scene().removeVisual(heir->id);
+    pump();
+    EXPECT_TRUE(envelopesBelow(root()).empty());
+}
+
+TEST_F(WorkEnvelopes, WhatIsSwitchedOffStaysSoWhenTheRobotIsHiddenAndShown) {
+    const auto hideAndShow = [this] {
+        scene().setVisualVisible(robot->id, false);
+        pump();
+        EXPECT_FALSE(isDrawn(visual->getWorkEnvelope2D()));
+        EXPECT_FALSE(isDrawn(visual->getWorkEnvelope3D()));
+        scene().setVisualVisible(robot->id, true);
+        pump();
+    };
+    add();
+    hideAndShow();
+    EXPECT_TRUE(isDrawn(visual->getWorkEnvelope2D()));
+    EXPECT_FALSE(isDrawn(visual->getWorkEnvelope3D()));  // never switched on
+    scene().updateWorkEnvelopeVisual(robot->id, /*show2D=*/false, /*show3D=*/true);
+    pump();
+    hideAndShow();
+    EXPECT_FALSE(isDrawn(visual->getWorkEnvelope2D()));
+    EXPECT_TRUE(isDrawn(visual->getWorkEnvelope3D()));
+}
+
+TEST_F(WorkEnvelopes, HidingTheRobotLeavesAnOutlineElsewhereAsItIs) {
+    Visual* carrier = addPlain(VisualType::None);
+    scene().addWorkEnvelopeVisual(robot->id, carrier->id, profile, normals, 0, halfPi);
+    pump();
+    scene().updateWorkEnvelopeVisual(robot->id, /*show2D=*/false, /*show3D=*/false);
+    scene().setVisualVisible(robot->id, true);
+    pump();
+    EXPECT_FALSE(isDrawn(visual->getWorkEnvelope2D()));
+    scene().updateWorkEnvelopeVisual(robot->id, /*show2D=*/true, /*show3D=*/false);
+    scene().setVisualVisible(robot->id, false);
+    pump();
+    EXPECT_TRUE(isDrawn(visual->getWorkEnvelope2D()));
+    scene().deleteVisual(carrier);
+}
+
 }  // namespace vrn::test

@@ -1,6 +1,7 @@
 #include "visual/station/InstanceFrameVisual.h"
 
 #include <array>
+#include <utility>
 
 // The instance manager uses what this declares without including it.
 #include <OgreIteratorWrapper.h>
@@ -64,7 +65,25 @@ void InstanceFrameVisual::init(VisualType frameType) {
     mainEntity = createEntity(mainManager, instanceMaterial, frameSize);
 }
 
+void InstanceFrameVisual::enterRegistry() {
+    Visual*& entry = Scene::Get()->visuals[id];
+    older = dynamic_cast<InstanceFrameVisual*>(entry);
+    if (older) {
+        newer = std::exchange(older->newer, this);
+        if (newer) newer->older = this;
+    }
+    entry = this;
+}
+
+void InstanceFrameVisual::leaveRegistry() {
+    if (older) older->newer = newer;
+    if (newer) newer->older = older;
+    InstanceFrameVisual* other = newer ? newer : older;
+    if (other) Scene::Get()->visuals.try_emplace(id, other);
+}
+
 InstanceFrameVisual::~InstanceFrameVisual() {
+    leaveRegistry();
     auto* picking = selection::VisualSelection::Get();
     if (picking && picking->hasVisual(this)) picking->removeObject(this);
     for (Ogre::InstancedEntity* look : {mainEntity, highlightEntity, selectedEntity})

@@ -52,7 +52,13 @@ public:
     /// Takes size and axes over from the settings; the argument is ignored.
     virtual void updateEntity(bool zAxisOnly);
 
+protected:
+    /// Enters the visual under its id. Moves may share a target, and each shows a triad of its own:
+    /// the last one built stands in the registry, and when it dies another takes its place.
+    void enterRegistry();
+
 private:
+    void leaveRegistry();
     void init(VisualType frameType);
     Ogre::InstancedEntity* createEntity(const std::string& managerKey,
                                         const std::string& materialName, float size);
@@ -64,6 +70,8 @@ private:
     Ogre::InstancedEntity* mainEntity = nullptr;
     Ogre::InstancedEntity* highlightEntity = nullptr;  ///< null until first highlighted
     Ogre::InstancedEntity* selectedEntity = nullptr;   ///< null until first selected
+    InstanceFrameVisual* older = nullptr;              ///< of the same id; null for none
+    InstanceFrameVisual* newer = nullptr;              ///< of the same id; null for none
 };
 
 }  // namespace vrn::visual

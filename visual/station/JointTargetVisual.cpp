@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfNode.h"
 #include "visual/station/ModelPose.h"
@@ -18,7 +17,7 @@ JointTargetVisual* JointTargetVisual::Build(Visual* parent, sdf::SdfNode* modelN
     const rob::PoseTemplate<float> pose = ModelPose(*modelNode);
     auto* target = new JointTargetVisual(parent, modelNode->id, &pose);
     target->resetAppearance();
-    Scene::Get()->visuals[target->id] = target;
+    target->enterRegistry();
     selection::VisualSelection::Get()->addFrameVisual(target);
     return target;
 }

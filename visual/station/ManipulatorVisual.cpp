@@ -22,6 +22,21 @@ std::string MaterialFamily(const std::string& vendor) {
     return "Mechanism";
 }
 
+bool HangsUnder(const Visual* visual, const Visual* above) {
+    for (; visual; visual = visual->getParent())
+        if (visual == above) return true;
+    return false;
+}
+
+/// Puts `next` in the place of `kept`, and the robot in its.
+template <class Envelope>
+void Keep(Envelope*& kept, Envelope* next, ManipulatorVisual* robot) {
+    if (kept) kept->robot = nullptr;
+    if (next && next->robot) next->robot->forgetWorkEnvelope(next);
+    if (next) next->robot = robot;
+    kept = next;
+}
+
 }  // namespace
 
 ManipulatorVisual::ManipulatorVisual(Visual* parent, sdf::SdfNode* modelNode, bool buildChildren)
@@ -42,9 +57,32 @@ void ManipulatorVisual::Build(Visual* parent, sdf::SdfNode* modelNode, bool buil
         WristVisual::Build(scene->visuals.at(wrist->parentId), wrist);
 }
 
+ManipulatorVisual::~ManipulatorVisual() { removeWorkEnvelopeVisuals(); }
+
+void ManipulatorVisual::setWorkEnvelope2DVisual(WorkEnvelope2DVisual* outline) {
+    Keep(workEnvelope2D, outline, this);
+    shows2D = outline && outline->visible;
+}
+
+void ManipulatorVisual::setWorkEnvelope3DVisual(WorkEnvelope3DVisual* surface) {
+    Keep(workEnvelope3D, surface, this);
+    shows3D = surface && surface->visible;
+}
+
 void ManipulatorVisual::updateWorkEnvelopeVisuals(bool show2D, bool show3D) {
+    shows2D = show2D;
+    shows3D = show3D;
     if (workEnvelope2D) workEnvelope2D->setVisible(show2D, /*cascade=*/true);
     if (workEnvelope3D) workEnvelope3D->setVisible(show3D, /*cascade=*/true);
+}
+
+void ManipulatorVisual::setVisible(bool show, bool cascade) {
+    MechanismVisual::setVisible(show, cascade);
+    if (!show || !cascade) return;
+    // The cascade has shown what hangs below, and an envelope that is switched off with it.
+    if (workEnvelope2D && !shows2D && HangsUnder(workEnvelope2D, this))
+        workEnvelope2D->setVisible(false, /*cascade=*/true);
+    if (workEnvelope3D && !shows3D) workEnvelope3D->setVisible(false, /*cascade=*/true);
 }
 
 void ManipulatorVisual::removeWorkEnvelopeVisuals() {

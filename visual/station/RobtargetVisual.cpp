@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
@@ -23,7 +22,7 @@ RobtargetVisual* RobtargetVisual::Build(Visual* parent, const sdf::SdfNode& mode
     const rob::PoseTemplate<float> pose = ModelPose(modelNode);
     auto* target = new RobtargetVisual(parent, modelNode.id, &pose);
     target->resetAppearance();
-    Scene::Get()->visuals[target->id] = target;
+    target->enterRegistry();
     selection::VisualSelection::Get()->addFrameVisual(target);
     return target;
 }

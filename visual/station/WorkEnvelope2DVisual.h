@@ -7,10 +7,14 @@
 
 namespace vrn::visual {
 
+class ManipulatorVisual;
+
 /// The outline of what a robot reaches in one plane. In neither the registry nor the selection.
 /// Thread: render.
 class VRN_VISUAL_API WorkEnvelope2DVisual : public LineVisual {
 public:
+    ManipulatorVisual* robot = nullptr;  ///< set by the robot that keeps it; null for none
+
     /// Without points yet; the visual's id stands behind `name`.
     WorkEnvelope2DVisual(const std::string& name, Visual* parent);
 

@@ -11,10 +11,14 @@ class ManualObject;
 
 namespace vrn::visual {
 
+class ManipulatorVisual;
+
 /// All that a robot reaches: the profile of one plane, swept about the z axis of the parent through
 /// the range of the first joint. In neither the registry nor the selection. Thread: render.
 class VRN_VISUAL_API WorkEnvelope3DVisual : public Visual {
 public:
+    ManipulatorVisual* robot = nullptr;  ///< set by the robot that keeps it; null for none
+
     /// The sweep is drawn in that many steps, whatever the range.
     static constexpr int steps = 50;
 

@@ -199,6 +199,48 @@ TEST_F(Moves, ATriadThatIsRemovedOrTakenAwayIsForgotten) {
     EXPECT_NO_THROW(visualOfMove(move)->update(nullptr, move));
 }
 
+TEST_F(Moves, OfTriadsThatShareATargetOneStaysRegisteredWhileThereIsOne) {
+    scene().settings.drawTargetVisual = true;
+    std::vector<task::MoveInst*> moves;
+    for (int i = 0; i < 3; ++i) moves.push_back(addLinear({100.0 * i, 0, 0}));
+    for (task::MoveInst* move : moves) move->setTarget(*moves.front()->getTargetItem());
+    showPath();
+    const std::uint32_t id = moves.front()->getTargetItemId();
+    const auto triadOf = [](const task::MoveInst* move) -> Visual* {
+        return visualOfMove(move)->getTargetVisual();
+    };
+    EXPECT_EQ(scene().visuals.at(id), triadOf(moves[2]));  // the last one built
+    scene().removeVisual(moves[1]->id);                    // not the registered one
+    pump();
+    EXPECT_EQ(scene().visuals.at(id), triadOf(moves[2]));
+    scene().removeVisual(moves[2]->id);
+    pump();
+    EXPECT_EQ(scene().visuals.at(id), triadOf(moves[0]));
+    scene().setVisualPose(id, {{7, 8, 9}, {}});  // by its id it is reached as before
+    pump();
+    EXPECT_EQ(triadOf(moves[0])->getPosition(), (Pos{7, 8, 9}));
+    scene().removeVisual(moves[0]->id);
+    pump();
+    EXPECT_FALSE(scene().visuals.contains(id));
+}
+
+TEST_F(Moves, ATriadThatIsReplacedWhileAnotherSharesItsTargetIsRegisteredAgain) {
+    scene().settings.drawTargetVisual = true;
+    task::MoveInst* first = addLinear({0, 0, 0});
+    task::MoveInst* second = addLinear({100, 0, 0});
+    second->setTarget(*first->getTargetItem());
+    showPath();
+    scene().removeVisual(first->id);
+    pump();
+    scene().buildMoveInstruction(first);
+    pump();
+    const std::uint32_t id = first->getTargetItemId();
+    EXPECT_EQ(scene().visuals.at(id), visualOfMove(first)->getTargetVisual());
+    scene().removeVisual(first->id);
+    pump();
+    EXPECT_EQ(scene().visuals.at(id), visualOfMove(second)->getTargetVisual());
+}
+
 // --- arrows
 
 TEST_F(Moves, ArrowsAreOffAtFirst) {
