@@ -7,6 +7,7 @@
 #include "apps/vrnview/drive/DriveDesk.h"
 #include "apps/vrnview/drive/HandleDrive.h"
 #include "apps/vrnview/drive/MeasureDrive.h"
+#include "apps/vrnview/drive/PaintDrive.h"
 #include "apps/vrnview/drive/PreviewDrive.h"
 #include "apps/vrnview/Failure.h"
 #include "apps/vrnview/Picking.h"
@@ -26,7 +27,11 @@ using Json = nlohmann::ordered_json;
 class Player {
 public:
     Player(RenderLoop& renderLoop, DriveStage& driveStage)
-        : desk(renderLoop, driveStage), handles(desk), previews(desk), measures(desk) {}
+        : desk(renderLoop, driveStage),
+          handles(desk),
+          previews(desk),
+          measures(desk),
+          paint(desk) {}
 
     void play(const DriveLine& line) {
         Json answer;
@@ -107,6 +112,7 @@ private:
     [[nodiscard]] Json perform(const drive::HandleAction& a) { return handles.perform(a); }
     [[nodiscard]] Json perform(const drive::PreviewAction& a) { return previews.perform(a); }
     [[nodiscard]] Json perform(const drive::MeasureAction& a) { return measures.perform(a); }
+    [[nodiscard]] Json perform(const drive::PaintAction& a) { return paint.perform(a); }
 
     [[nodiscard]] static Json selectArea(const PickedArea& area) {
         Select(area.ids, area.points);
@@ -138,6 +144,7 @@ private:
     HandleDrive handles;
     PreviewDrive previews;
     MeasureDrive measures;
+    PaintDrive paint;
     visual::Camera& camera = *visual::Camera::Get();
 };
 

@@ -7,6 +7,7 @@
 
 #include "apps/vrnview/DriveScript.h"
 #include "apps/vrnview/Viewer.h"
+#include "suite/sdf/ObjectStore.h"
 
 namespace vrn::host {
 
@@ -15,6 +16,7 @@ struct DriveStage {
     Viewer& viewer;
     ViewTarget& view;              ///< of the viewer
     std::filesystem::path folder;  ///< for the pictures; there
+    sdf::ObjectStore& made;        ///< for what the script adds; has to outlive the viewer
     /// Takes each answer, a JSON object in a line with its end, as it comes.
     std::function<void(const std::string&)> answer;
 };

@@ -97,6 +97,7 @@ const std::vector<AnyVerb>& Verbs() {
         Append(all, HandleVerbs());
         Append(all, PreviewVerbs());
         Append(all, MeasureVerbs());
+        Append(all, PaintVerbs());
         return all;
     }();
     return verbs;

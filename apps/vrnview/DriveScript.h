@@ -8,6 +8,7 @@
 
 #include "apps/vrnview/drive/HandleScript.h"
 #include "apps/vrnview/drive/MeasureScript.h"
+#include "apps/vrnview/drive/PaintScript.h"
 #include "apps/vrnview/drive/PreviewScript.h"
 #include "engine/Scene.h"
 #include "suite/rob/VectorTypes.h"
@@ -56,7 +57,7 @@ struct TakePicture {
 };
 
 using Action = std::variant<Press, Drag, Pan, Wheel, Hover, Click, Box, Lasso, Select, Show, Mode,
-                            TakePicture, HandleAction, PreviewAction, MeasureAction>;
+                            TakePicture, HandleAction, PreviewAction, MeasureAction, PaintAction>;
 
 }  // namespace drive
 

@@ -269,6 +269,56 @@ TEST(DriveScript, MistakesInMeasuresAreTold) {
               "s:1: polyline needs \"points\", a list of 2 or more [x, y, z] of at most 1e9");
 }
 
+template <class Action>
+Action PaintLine(const std::string& text) {
+    return std::get<Action>(std::get<host::drive::PaintAction>(Only(text).action));
+}
+
+TEST(DriveScript, LinesOfPaintAreReadKeyByKey) {
+    using namespace host::drive;
+    const auto gun = PaintLine<MakeGun>(
+        R"({"do":"gun","name":"g","near":1,"far":2,"height":3,"colour":[1,0,0.5],"pose":{"position":[4,5,6]}})");
+    EXPECT_EQ(gun.name, "g");
+    EXPECT_EQ(gun.nearMm, 1);
+    EXPECT_EQ(gun.farMm, 2);
+    EXPECT_EQ(gun.heightMm, 3);
+    EXPECT_EQ(gun.colour, (rob::ColorTemplate<float>{1, 0, 0.5f}));
+    EXPECT_EQ(gun.pose.position, (rob::PosTemplate<double>{4, 5, 6}));
+    const auto plain = PaintLine<MakeGun>(R"({"do":"gun","name":"g","near":0,"far":2,"height":3})");
+    EXPECT_FALSE(plain.colour);
+    EXPECT_EQ(plain.pose, host::Pose{});
+    const auto paint = PaintLine<Paint>(R"({"do":"paint","gun":"g","objects":["a","b"]})");
+    EXPECT_EQ(paint.gun, "g");
+    EXPECT_THAT(paint.objects, ElementsAre("a", "b"));
+    const auto end = PaintLine<PaintEnd>(R"({"do":"paint-end","gun":"g","objects":["a"]})");
+    EXPECT_EQ(end.gun, "g");
+    EXPECT_THAT(end.objects, ElementsAre("a"));
+    EXPECT_EQ(PaintLine<Spray>(R"({"do":"spray","gun":"g","poses":[{},{}]})").poses.size(), 2u);
+    EXPECT_TRUE(PaintLine<Spray>(R"({"do":"spray","gun":"g"})").poses.empty());
+    const auto colour =
+        PaintLine<PaintColour>(R"({"do":"paint-colour","objects":["a"],"colour":[0,0,1]})");
+    EXPECT_THAT(colour.objects, ElementsAre("a"));
+    EXPECT_EQ(colour.colour, (rob::ColorTemplate<float>{0, 0, 1}));
+    EXPECT_THAT(PaintLine<PaintReset>(R"({"do":"paint-reset","objects":["a"]})").objects,
+                ElementsAre("a"));
+}
+
+TEST(DriveScript, MistakesInLinesOfPaintAreTold) {
+    EXPECT_EQ(Refusal(R"({"do":"gun","name":"g","near":0,"far":0,"height":3})"),
+              "s:1: gun needs \"near\" or \"far\", a diameter above 0");
+    for (const char* height : {"0", "-1", "2e9", "\"3\""})
+        EXPECT_THAT(Refusal(std::string(R"({"do":"gun","name":"g","near":1,"far":2,"height":)") +
+                            height + "}"),
+                    testing::StartsWith("s:1: gun needs \"height\", a length "));
+    EXPECT_EQ(Refusal(R"({"do":"gun","name":"g","near":-1,"far":2,"height":3})"),
+              "s:1: gun needs \"near\", a length of at most 1e9");
+    EXPECT_EQ(Refusal(R"({"do":"spray","gun":"g","poses":[]})"),
+              "s:1: spray needs \"poses\", a list of one or more poses");
+    EXPECT_EQ(Refusal(R"({"do":"paint-colour","objects":["a"]})"),
+              "s:1: paint-colour needs \"colour\", [r, g, b], each from 0 to 1");
+    EXPECT_EQ(Refusal(R"({"do":"paint","objects":["a"]})"), "s:1: paint needs \"gun\", a text");
+}
+
 TEST(DriveScript, LinesKeepTheirNumbersPastEmptyOnesAndComments) {
     const auto lines = ParseDriveScript(
         "\n# first\r\n  "
@@ -289,7 +339,8 @@ TEST(DriveScript, MistakesAreToldWithNameAndLine) {
     EXPECT_EQ(Refusal(R"({"do":"jump"})"),
               "s:1: \"jump\" is not one of press, drag, pan, wheel, hover, click, box, lasso, "
               "select, hide, show, mode, picture, attach, detach, handle, grab, release, "
-              "preview, remove, measure, uv, polyline");
+              "preview, remove, measure, uv, polyline, gun, paint, paint-end, spray, "
+              "paint-colour, paint-reset");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1})"), "s:1: press needs \"y\", a number");
     EXPECT_EQ(Refusal(R"({"do":"press","x":"1","y":2})"), "s:1: press needs \"x\", a number");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":1e300})"),
