@@ -168,7 +168,8 @@ public:
     void setAmbientLight(const Ogre::ColourValue& colour);
     /// Lights are numbered 1 to 4; any other index throws Ogre::ItemIdentityException on the
     /// caller. The direction is where the light comes from, taken as it stands, whichever axis is
-    /// up; one of zero length is ignored. Each of these signals updateScene.
+    /// up; one of zero length is ignored, one that is not finite, or too long for that, throws
+    /// std::invalid_argument. Each of these signals updateScene.
     void setLightDir(int index, float x, float y, float z);
     void setLightEnable(int index, bool on);
     void setLightDiffuse(int index, float r, float g, float b);

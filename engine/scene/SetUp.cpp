@@ -1,7 +1,9 @@
 // Making the scene: camera, lights, instance managers, grid, outline.
 
 #include <array>
+#include <cmath>
 #include <format>
+#include <stdexcept>
 
 // The headers below use what these two declare without including them.
 #include <OgreIteratorWrapper.h>
@@ -131,9 +133,13 @@ void Scene::setAmbientLight(const Ogre::ColourValue& colour) {
 }
 
 void Scene::setLightDir(int index, float x, float y, float z) {
-    sceneManager->getLight(LightName(index))
-        ->getParentSceneNode()
-        ->setDirection(x, y, z, Ogre::Node::TS_PARENT, Ogre::Vector3::NEGATIVE_UNIT_Z);
+    Ogre::SceneNode* node = sceneManager->getLight(LightName(index))->getParentSceneNode();
+    // A node that is turned to nowhere takes the bounds of the whole scene along, and the engine
+    // stops.
+    const Ogre::Vector3 direction(x, y, z);
+    if (!std::isfinite(direction.squaredLength()))
+        throw std::invalid_argument("the direction of a light must be finite");
+    node->setDirection(direction, Ogre::Node::TS_PARENT, Ogre::Vector3::NEGATIVE_UNIT_Z);
     broker::SignalBroker::updateScene();
 }
 

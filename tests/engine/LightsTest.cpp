@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 #include <set>
+#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -189,6 +190,15 @@ TEST_F(Lights, SwitchedOffTheyLeaveABodyToTheAmbientLight) {
     const int dark = brightness();
     EXPECT_LT(ambientOnly, lit - 30);
     EXPECT_LT(dark, ambientOnly - 30);
+}
+
+TEST_F(Lights, ADirectionThatIsNoneIsRefusedAndLeavesTheLightWhereItShines) {
+    const Ogre::Quaternion before = FindLight("light2")->getParentSceneNode()->getOrientation();
+    for (const float bad :
+         {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(), 3e38f})
+        EXPECT_THROW(scene().setLightDir(2, 0, bad, 1), std::invalid_argument);
+    EXPECT_EQ(FindLight("light2")->getParentSceneNode()->getOrientation(), before);
+    frame();
 }
 
 }  // namespace vrn::test
