@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 #include <OgreException.h>
 #include <OgreRoot.h>
+#include <OgreSceneNode.h>
 #include <Standard_Failure.hxx>
 
 #include <any>
 #include <atomic>
+#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <map>
@@ -36,6 +38,7 @@
 #include "view/Camera.h"
 #include "visual/handle/DragHandle.h"
 #include "visual/Visual.h"
+#include "visual/VisualIterator.h"
 
 namespace vrn::test {
 
@@ -178,6 +181,7 @@ protected:
         const std::string inTask = UnstatedFailure([] { scene().processMsgs(); });
         if (!inTask.empty()) failures["a task"] = inTask;
         ++batches;
+        checkPlaces();
         auto* picking = selection::VisualSelection::Get();
         const std::string inPick = UnstatedFailure([&] {
             picking->update();
@@ -185,12 +189,27 @@ protected:
                                               static_cast<float>(script.choose(windowHeight))));
         });
         if (!inPick.empty()) failures["a pick"] = inPick;
-        if (script.chance(0.05)) visual::gRenderEngine->root->renderOneFrame();
+        if (failures.empty() && script.chance(0.05)) visual::gRenderEngine->root->renderOneFrame();
+    }
+
+    /// The engine stops at a place that is none.
+    void checkPlaces() {
+        for (visual::ForestIterator<visual::Visual> it(scene().root); it.next();) {
+            const Ogre::SceneNode& node = *it.value()->node;
+            const Ogre::Vector3 place = node._getDerivedPosition(), scale = node._getDerivedScale();
+            const float sum = place.x + place.y + place.z + scale.x + scale.y + scale.z;
+            const std::lock_guard lock(noteMutex);
+            if (!std::isfinite(sum) || node._getDerivedOrientation().isNaN())
+                failures["the place of " + node.getName()] = "behind " + recent;
+        }
+        const std::lock_guard lock(noteMutex);
+        recent.clear();
     }
 
     void note(const Operation& operation, const std::string& failure) {
         const std::lock_guard lock(noteMutex);
         ++counts[operation.name];
+        recent += std::string(operation.name) + ' ';
         if (!failure.empty()) failures[operation.name] = failure;
     }
 
@@ -201,6 +220,7 @@ protected:
     std::atomic<int> batches = 0;  ///< that were run
     std::mutex sceneMutex, noteMutex;
     std::map<std::string, int> counts;
+    std::string recent;  ///< the operations since the last batch
     std::map<std::string, std::string> failures;
 };
 

@@ -253,7 +253,7 @@ TEST_F(VisualPose, WhatIsRefusedMarksNothing) {
 }
 
 TEST_F(VisualPose, UnderAParentOfNoExtentAWorldPositionIsTheParentsThere) {
-    visual->setPosition(10, 20, 30);
+    visual->setPose({{10, 20, 30}, {}});
     visual->setScale(0, 2, 1);
     auto* child = new Visual("child", visual);
     child->setWorldPose({{100, 200, 300}, {}});
