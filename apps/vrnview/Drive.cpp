@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <variant>
 
+#include "apps/vrnview/drive/BandDrive.h"
 #include "apps/vrnview/drive/DriveDesk.h"
 #include "apps/vrnview/drive/HandleDrive.h"
 #include "apps/vrnview/drive/MeasureDrive.h"
@@ -31,7 +32,8 @@ public:
           handles(desk),
           previews(desk),
           measures(desk),
-          paint(desk) {}
+          paint(desk),
+          bands(desk) {}
 
     void play(const DriveLine& line) {
         Json answer;
@@ -113,6 +115,7 @@ private:
     [[nodiscard]] Json perform(const drive::PreviewAction& a) { return previews.perform(a); }
     [[nodiscard]] Json perform(const drive::MeasureAction& a) { return measures.perform(a); }
     [[nodiscard]] Json perform(const drive::PaintAction& a) { return paint.perform(a); }
+    [[nodiscard]] Json perform(const drive::BandAction& a) { return bands.perform(a); }
 
     [[nodiscard]] static Json selectArea(const PickedArea& area) {
         Select(area.ids, area.points);
@@ -145,6 +148,7 @@ private:
     PreviewDrive previews;
     MeasureDrive measures;
     PaintDrive paint;
+    BandDrive bands;
     visual::Camera& camera = *visual::Camera::Get();
 };
 

@@ -98,6 +98,7 @@ const std::vector<AnyVerb>& Verbs() {
         Append(all, PreviewVerbs());
         Append(all, MeasureVerbs());
         Append(all, PaintVerbs());
+        Append(all, BandVerbs());
         return all;
     }();
     return verbs;

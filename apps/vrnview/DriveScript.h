@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "apps/vrnview/drive/BandScript.h"
 #include "apps/vrnview/drive/HandleScript.h"
 #include "apps/vrnview/drive/MeasureScript.h"
 #include "apps/vrnview/drive/PaintScript.h"
@@ -56,8 +57,9 @@ struct TakePicture {
     std::string name;  ///< of a file, without folder and extension
 };
 
-using Action = std::variant<Press, Drag, Pan, Wheel, Hover, Click, Box, Lasso, Select, Show, Mode,
-                            TakePicture, HandleAction, PreviewAction, MeasureAction, PaintAction>;
+using Action =
+    std::variant<Press, Drag, Pan, Wheel, Hover, Click, Box, Lasso, Select, Show, Mode, TakePicture,
+                 HandleAction, PreviewAction, MeasureAction, PaintAction, BandAction>;
 
 }  // namespace drive
 

@@ -319,6 +319,66 @@ TEST(DriveScript, MistakesInLinesOfPaintAreTold) {
     EXPECT_EQ(Refusal(R"({"do":"paint","objects":["a"]})"), "s:1: paint needs \"gun\", a text");
 }
 
+template <class Action>
+Action BandLine(const std::string& text) {
+    return std::get<Action>(std::get<host::drive::BandAction>(Only(text).action));
+}
+
+TEST(DriveScript, LinesOfBandsAreReadKeyByKey) {
+    using namespace host::drive;
+    const auto band = BandLine<Band>(
+        R"({"do":"band","object":"a","edges":[4,2],"vectors":[{"edge":2,"at":0.5,"direction":[0,3,4]},{"edge":1,"at":1,"direction":[1,0,0]}]})");
+    EXPECT_EQ(band.object, "a");
+    EXPECT_THAT(band.edges, ElementsAre(4, 2));
+    ASSERT_EQ(band.directions.size(), 2u);
+    EXPECT_EQ(band.directions[0].place.edge, 2u);
+    EXPECT_EQ(band.directions[0].place.at, 0.5);
+    EXPECT_NEAR(band.directions[0].direction.y, 0.6, 1e-12);
+    EXPECT_NEAR(band.directions[0].direction.z, 0.8, 1e-12);
+    const auto preview = BandLine<BandPreview>(R"({"do":"band-preview","edge":1,"at":0.25})");
+    EXPECT_EQ(preview.place.edge, 1u);
+    EXPECT_EQ(preview.place.at, 0.25);
+    EXPECT_EQ(BandLine<BandSelect>(R"({"do":"band-select","edge":3,"at":1})").place.edge, 3u);
+    const auto range = BandLine<BandRange>(
+        R"({"do":"band-range","from":{"edge":1,"at":0},"to":{"edge":2,"at":1}})");
+    EXPECT_EQ(range.from.edge, 1u);
+    EXPECT_EQ(range.to.edge, 2u);
+    EXPECT_EQ(range.to.at, 1);
+    using What = BandClear::What;
+    EXPECT_EQ(BandLine<BandClear>(R"({"do":"band-clear","what":"preview"})").what, What::Preview);
+    EXPECT_EQ(BandLine<BandClear>(R"({"do":"band-clear","what":"selected"})").what, What::Selected);
+    EXPECT_EQ(BandLine<BandClear>(R"({"do":"band-clear","what":"range"})").what, What::Range);
+    EXPECT_EQ(BandLine<BandClear>(R"({"do":"band-clear","what":"all"})").what, What::All);
+}
+
+TEST(DriveScript, MistakesInLinesOfBandsAreTold) {
+    const auto band = [](const std::string& vectors) {
+        return Refusal(R"({"do":"band","object":"a","edges":[4,2],"vectors":)" + vectors + "}");
+    };
+    EXPECT_EQ(band("[]"), "s:1: band needs \"vectors\", a list of one or more objects in braces");
+    EXPECT_EQ(band("[3]"), "s:1: band needs \"vectors\", a list of one or more objects in braces");
+    EXPECT_EQ(band(R"([{"edge":1,"at":1.5,"direction":[0,0,1]}])"),
+              "s:1: band, in \"vectors\", needs \"at\", a number from 0 to 1");
+    EXPECT_EQ(band(R"([{"edge":1,"direction":[0,0,1]}])"),
+              "s:1: band, in \"vectors\", needs \"at\", a number from 0 to 1");
+    EXPECT_EQ(band(R"([{"edge":1,"at":0,"direction":[0,0,0]}])"),
+              "s:1: band, in \"vectors\", needs \"direction\", [x, y, z], not all 0");
+    EXPECT_EQ(band(R"([{"edge":1,"at":0,"direction":[0,0,1],"tilt":1}])"),
+              "s:1: band, in \"vectors\", knows no \"tilt\"");
+    EXPECT_EQ(band(R"([{"edge":1,"at":0,"direction":[0,0,1]}])"),
+              "s:1: band has no vector on edge 2 of its \"edges\"");
+    const std::string both =
+        R"([{"edge":1,"at":0,"direction":[0,0,1]},{"edge":2,"at":0,"direction":[0,0,1]})";
+    EXPECT_EQ(band(both + R"(,{"edge":3,"at":0,"direction":[0,0,1]}])"),
+              "s:1: band has a vector on edge 3 of 2");
+    EXPECT_EQ(Refusal(R"({"do":"band-preview","edge":1})"),
+              "s:1: band-preview needs \"at\", a number from 0 to 1");
+    EXPECT_EQ(Refusal(R"({"do":"band-range","from":{"edge":1,"at":0},"to":2})"),
+              "s:1: band-range needs \"to\", an object in braces");
+    EXPECT_EQ(Refusal(R"({"do":"band-clear","what":"it"})"),
+              "s:1: band-clear needs \"what\", one of preview, selected, range, all");
+}
+
 TEST(DriveScript, LinesKeepTheirNumbersPastEmptyOnesAndComments) {
     const auto lines = ParseDriveScript(
         "\n# first\r\n  "
@@ -340,7 +400,7 @@ TEST(DriveScript, MistakesAreToldWithNameAndLine) {
               "s:1: \"jump\" is not one of press, drag, pan, wheel, hover, click, box, lasso, "
               "select, hide, show, mode, picture, attach, detach, handle, grab, release, "
               "preview, remove, measure, uv, polyline, gun, paint, paint-end, spray, "
-              "paint-colour, paint-reset");
+              "paint-colour, paint-reset, band, band-preview, band-select, band-range, band-clear");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1})"), "s:1: press needs \"y\", a number");
     EXPECT_EQ(Refusal(R"({"do":"press","x":"1","y":2})"), "s:1: press needs \"x\", a number");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":1e300})"),

@@ -59,6 +59,12 @@ std::optional<float> LineFields::numberIfAny(const char* key, float least, float
     return number;
 }
 
+float LineFields::numberIn(const char* key, float least, float most) {
+    const std::optional<float> number = numberIfAny(key, least, most);
+    if (!number) refuse(key, std::format("a number from {} to {}", least, most));
+    return *number;
+}
+
 double LineFields::length(const char* key) {
     constexpr std::string_view wanted = "a length above 0 and of at most 1e9";
     const double value = lengthOrNone(key);
@@ -217,6 +223,31 @@ rob::ColorTemplate<float> LineFields::colour(const char* key) {
     if (!value.is_array() || value.size() != 3 || !std::ranges::all_of(value, isPart))
         refuse(key, wanted);
     return {value[0].get<float>(), value[1].get<float>(), value[2].get<float>()};
+}
+
+rob::DirTemplate<double> LineFields::direction(const char* key) {
+    constexpr std::string_view wanted = "[x, y, z], not all 0";
+    const rob::Vec3Template<double> way = positionOf(at(key, wanted), key, wanted).asVec3();
+    if (!(way.length() > rob::zeroLength)) refuse(key, wanted);
+    return rob::DirTemplate<double>(way.normalized());
+}
+
+LineFields LineFields::inner(const char* key) {
+    constexpr std::string_view wanted = "an object in braces";
+    const Json& value = at(key, wanted);
+    if (!value.is_object()) refuse(key, wanted);
+    return {value, std::format("{}, in \"{}\",", verb, key)};
+}
+
+std::vector<LineFields> LineFields::inners(const char* key) {
+    constexpr std::string_view wanted = "a list of one or more objects in braces";
+    std::vector<LineFields> list;
+    for (const Json& item : listAt(key, wanted)) {
+        if (!item.is_object()) refuse(key, wanted);
+        list.emplace_back(item, std::format("{}, in \"{}\",", verb, key));
+    }
+    if (list.empty()) refuse(key, wanted);
+    return list;
 }
 
 void LineFields::finish() const {

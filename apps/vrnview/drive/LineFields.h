@@ -34,6 +34,8 @@ public:
     [[nodiscard]] double lengthOrNone(const char* key);
     /// From `least` to `most`; nothing when absent.
     [[nodiscard]] std::optional<float> numberIfAny(const char* key, float least, float most);
+    /// The same, where it must be there.
+    [[nodiscard]] float numberIn(const char* key, float least, float most);
     /// A whole one from 1.
     [[nodiscard]] std::uint32_t ordinal(const char* key);
     /// At least one whole number from 1.
@@ -63,6 +65,13 @@ public:
     /// [r, g, b], each from 0 to 1; nothing when absent.
     [[nodiscard]] std::optional<rob::ColorTemplate<float>> colourIfAny(const char* key);
     [[nodiscard]] rob::ColorTemplate<float> colour(const char* key);
+
+    /// [x, y, z], not all 0; made unit length.
+    [[nodiscard]] rob::DirTemplate<double> direction(const char* key);
+    /// An object of the line, to be read and finished like the line; good as long as the line.
+    [[nodiscard]] LineFields inner(const char* key);
+    /// A list of one or more of these.
+    [[nodiscard]] std::vector<LineFields> inners(const char* key);
 
     /// Throws for a key that nothing asked for: a misspelt one would go unnoticed.
     void finish() const;
