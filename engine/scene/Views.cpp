@@ -124,7 +124,7 @@ bool Scene::isFurniture(const Visual* visual) const {
     constexpr std::array furnitureTypes{VisualType::Helper, VisualType::PreviewCurve,
                                         VisualType::UVIndicator};
     if (Contains(furnitureTypes, visual->type) || visual->copied) return true;
-    if (grid && visual == grid->visual) return true;
+    if (visual == camMesh || (grid && visual == grid->visual)) return true;
     // The world frame and previewed ones belong to no model object, unlike all other frames there.
     if (visual->type == VisualType::Frame && visual->isTopLevel() &&
         visual->id >= sdf::SdfManager::firstTransientId)

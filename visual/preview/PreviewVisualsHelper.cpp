@@ -64,7 +64,10 @@ void PreviewVisualsHelper::showAt(std::size_t index, const Pos& point) {
 void PreviewVisualsHelper::addFrom(std::size_t first, FromToLineVisual* line, const Pos& point) {
     showAt(first, point);
     const SelectPointVisual* second = points[first + 1];
-    if (second->visible) line->setPos(point, second->getWorldPosition());
+    if (second->visible) {
+        line->setPos(point, second->getWorldPosition());
+        Show(line);
+    }
     broker::SignalBroker::updateScene();
 }
 

@@ -31,8 +31,8 @@ public:
     /// Null before Init and after ReleaseResources.
     [[nodiscard]] static PreviewVisualsHelper* Get();
 
-    /// The points that a line goes between: the first of a pair takes the line along if the second
-    /// is shown, the second shows the line.
+    /// The points that a line goes between: the first of a pair shows the line if the second is
+    /// shown, the second always does, from where the first waits.
     void doAddPrimaryFrom(const Pos& point);
     void doAddPrimaryTo(const Pos& point);
     void doAddAxisXFrom(const Pos& point);

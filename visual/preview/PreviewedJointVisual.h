@@ -18,7 +18,7 @@ public:
     ~PreviewedJointVisual() override;
 
     /// In the frame of the visual. Throws std::overflow_error ("0-length vector cannot be
-    /// normalized.") if the two are less than 1e-7 apart; the arrow then stays.
+    /// normalized.") if the two are 1e-7 or less apart; the arrow then stays.
     void setStartAndEnd(const rob::PosTemplate<float>& start, const rob::PosTemplate<float>& end);
 
     [[nodiscard]] const DynamicLines& getLine() const { return *line; }

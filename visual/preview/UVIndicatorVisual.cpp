@@ -7,6 +7,8 @@
 #include <gp_Vec.hxx>
 #include <TopoDS_Face.hxx>
 
+#include <algorithm>
+#include <cmath>
 #include <stdexcept>
 
 #include <OgreEntity.h>
@@ -20,6 +22,14 @@ namespace {
 constexpr unsigned char overSceneQueueGroup = 80;
 
 rob::Vec3Template<double> ToVec(const gp_Vec& v) { return {v.X(), v.Y(), v.Z()}; }
+
+// The mesh reaches 20 from its middle; on a face of a metre that would be a dot. Endless faces
+// count as large ones.
+double ScaleFor(double uExtent, double vExtent) {
+    constexpr double reach = 20, share = 0.4, largest = 100;
+    const double shorter = std::min(uExtent, vExtent);
+    return std::isfinite(shorter) ? std::clamp(shorter * share / reach, 1.0, largest) : 1.0;
+}
 
 }  // namespace
 
@@ -50,6 +60,10 @@ void UVIndicatorVisual::show(const TopoDS_Face& face) {
     using Vec = rob::Vec3Template<float>;
     setPose({rob::PosTemplate<float>(rob::PosTemplate<double>(point.X(), point.Y(), point.Z())),
              rob::RotationTemplate<float>::FromAxes(Vec(u), Vec(normal.cross(u)), Vec(normal))});
+    if (getChildren().empty()) return;
+    const double scale =
+        ScaleFor(alongU.Magnitude() * (uMax - uMin), alongV.Magnitude() * (vMax - vMin));
+    getChildren().front()->setScale(scale, scale, scale);
 }
 
 }  // namespace vrn::visual

@@ -1,6 +1,7 @@
 // Measures, the directions of a face, free lines.
 
 #include <gmock/gmock.h>
+#include <OgreSceneNode.h>
 #include <BRepBuilderAPI_MakeFace.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <Geom_BezierSurface.hxx>
@@ -9,6 +10,7 @@
 #include <gp_Trsf.hxx>
 #include <TColgp_Array2OfPnt.hxx>
 #include <TopLoc_Location.hxx>
+#include <TopoDS.hxx>
 #include <TopoDS_Face.hxx>
 
 #include <cmath>
@@ -189,6 +191,22 @@ TEST_F(MeasuresTest, TheIndicatorStandsInTheMiddleOfTheFaceAlongUAndV) {
     EXPECT_TRUE(arrows->visible);
 }
 
+TEST_F(MeasuresTest, TheIndicatorGrowsWithTheFaceAndIsNeverSmallerThanItsMesh) {
+    const auto scaleOn = [&](double side) {
+        scene().showUVIndicatorVisual(BRepBuilderAPI_MakeFace(gp_Pln(), 0, 5e4, 0, side).Face());
+        pump();
+        const auto* indicator = addedOf<UVIndicatorVisual>().at(0);
+        EXPECT_FLOAT_EQ(indicator->node->getScale().x, 1);
+        return indicator->getChildren().at(0)->node->getScale().x;
+    };
+    EXPECT_FLOAT_EQ(scaleOn(10), 1);
+    EXPECT_FLOAT_EQ(scaleOn(500), 10);
+    EXPECT_FLOAT_EQ(scaleOn(50), 1);
+    EXPECT_FLOAT_EQ(scaleOn(4e4), 100);
+    scene().showUVIndicatorVisual(BRepBuilderAPI_MakeFace(gp_Pln()).Face());
+    EXPECT_NO_THROW(frame());
+}
+
 TEST_F(MeasuresTest, ThePlaceOfTheFaceCounts) {
     gp_Trsf moved;
     moved.SetTranslation(gp_Vec(0, 0, 500));
@@ -197,6 +215,45 @@ TEST_F(MeasuresTest, ThePlaceOfTheFaceCounts) {
     scene().showUVIndicatorVisual(face);
     pump();
     ExpectNear(addedOf<UVIndicatorVisual>().at(0)->getPosition(), {0, 0, 500});
+}
+
+TEST_F(MeasuresTest, AReversedFaceHasTheSameDirections) {
+    const TopoDS_Face face = BRepBuilderAPI_MakeFace(gp_Pln(), -10, 10, -30, 10).Face();
+    scene().showUVIndicatorVisual(face);
+    pump();
+    const auto pose = addedOf<UVIndicatorVisual>().at(0)->getPose();
+    scene().showUVIndicatorVisual(TopoDS::Face(face.Reversed()));
+    pump();
+    EXPECT_EQ(addedOf<UVIndicatorVisual>().at(0)->getPose(), pose);
+    ExpectNear(pose.position, {0, -10, 0});
+}
+
+TEST_F(MeasuresTest, WhatIsDeletedByItselfIsForgotten) {
+    const TopoDS_Face face = BRepBuilderAPI_MakeFace(gp_Pln(), -10, 10, -10, 10).Face();
+    scene().drawPolyline({{0, 0, 0}, {1, 0, 0}}, 0, true);
+    scene().showUVIndicatorVisual(face);
+    scene().createDistanceVisual({0, 0, 0}, {1, 0, 0});
+    pump();
+    for (visual::Visual* shown : added()) scene().deleteVisual(shown);
+    scene().removePolylines();
+    scene().removeDimensionVisual();
+    scene().hideUVIndicatorVisual();
+    scene().deleteUVIndicatorVisual();
+    EXPECT_NO_THROW(pump());
+    scene().showUVIndicatorVisual(face);
+    pump();
+    EXPECT_EQ(addedOf<UVIndicatorVisual>().size(), 1u);
+}
+
+TEST_F(MeasuresTest, NoneOfThemCanBePicked) {
+    scene().createDistanceVisual({0, 0, 0}, {1, 0, 0});
+    scene().createAngleVisual({0, 0, 0}, {10, 0, 0}, {0, 0, 10}, pi / 2);
+    scene().createDiameterVisual(rob::TPCircle({10, 0, 0}, {0, 10, 0}, {0, -10, 0}));
+    scene().drawPolyline({{0, 0, 0}, {10, 0, 0}}, 5, true);
+    scene().showUVIndicatorVisual(BRepBuilderAPI_MakeFace(gp_Pln(), -10, 10, -10, 10).Face());
+    pump();
+    EXPECT_EQ(added().size(), 5u);
+    EXPECT_EQ(pickableCount(), 0u);
 }
 
 TEST_F(MeasuresTest, SkewedParametersGiveAProperRotation) {

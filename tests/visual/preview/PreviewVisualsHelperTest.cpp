@@ -118,6 +118,14 @@ TEST_F(PreviewVisualsHelperTest, TheSecondPointAloneDrawsItsLineFromWhereTheFirs
     EXPECT_EQ(EndsOf(helper->primaryLine), (std::vector<Pos>{{0, 0, 0}, {4, 5, 6}}));
 }
 
+TEST_F(PreviewVisualsHelperTest, TheFirstPointShowsTheLineThatItSets) {
+    helper->doAddSelectPoint2({4, 5, 6});
+    EXPECT_EQ(shown(), "-x-------");
+    helper->doAddPrimaryFrom({1, 2, 3});
+    EXPECT_EQ(shown(), "xx----x--");
+    EXPECT_EQ(EndsOf(helper->primaryLine), (std::vector<Pos>{{1, 2, 3}, {4, 5, 6}}));
+}
+
 TEST_F(PreviewVisualsHelperTest, TheCornersOfATriangleAreJoinedAsTheyCome) {
     using Add = void (PreviewVisualsHelper::*)(const Pos&);
     const std::vector<std::array<Add, 3>> kinds{

@@ -97,6 +97,7 @@ TEST_F(PreviewsTest, AWireIsItsEdgesInTheirOrderWithARunningNumber) {
         EXPECT_TRUE(edges[i]->getName().starts_with("previewed_edge_" + std::to_string(i)));
         EXPECT_EQ(edges[i]->getPoints().back(), edges[(i + 1) % 4]->getPoints().front());
         EXPECT_EQ(edges[i]->getPosition(), (Pos{7, 0, 0}));
+        EXPECT_EQ(edges[i]->node->getAttachedObject(0)->getRenderQueueGroup(), 80);
     }
 }
 
@@ -480,9 +481,126 @@ TEST_F(PreviewsTest, AStationThatIsLoadedLeavesThem) {
     EXPECT_EQ(added(), shown);
 }
 
+TEST_F(PreviewsTest, ALoadedStationLeavesThemAndNoneOfThemCanBePicked) {
+    auto* solid = show(MeshedBox());
+    known.insert(solid);
+    const std::size_t pickable = pickableCount();
+    const TopoDS_Shape box = MeshedBox();
+    std::vector<TopoDS_Edge> edges{LineEdge({0, 0, 0}, {1, 0, 0})};
+    std::vector<gp_Pnt> points{{1, 2, 3}};
+    geometry::PointList list = TwoSequences();
+    cadcam::TMesh<double> mesh{{{{0, 0, 0}}, {{9, 0, 0}}, {{0, 9, 0}}}, {{{0, 1, 2}}}};
+    scene().previewTargets({{}, {{1, 0, 0}, {}}});
+    scene().previewPoints(&points, solid->id, {1, 0, 0});
+    scene().previewFace(FirstFace(box), solid->id);
+    scene().previewEdges(&edges, {});
+    scene().previewWire(FirstWire(box), {});
+    scene().addPreviewCurvesWithDirection(solid->id, &list, {0, 0, 1});
+    scene().previewTriangleMesh({{{0, 0, 0}, {1, 0, 0}}});
+    scene().debugViewCamMesh(&mesh);
+    scene().createPreviewedJointVisual();
+    scene().createPreviewedFrameVisual(7, true);
+    scene().setPreviewedFrameVisible(7, {});
+    scene().showCopiedVisual(solid->id, {});
+    pump();
+    scene().setPreviewedJointVisible({0, 0, 0}, {0, 0, 9});
+    pump();
+    const auto shown = added();
+    // 2 targets, 1 and 4 edges, 2 curves, triangles, mesh, joint, frame, copy.
+    EXPECT_EQ(shown.size(), 14u);
+    EXPECT_EQ(solid->getChildren().size(), 3u);  // points and face beside the wire frame
+    EXPECT_EQ(pickableCount(), pickable);
+    scene().LoadStation();
+    pump();
+    EXPECT_EQ(added(), shown);
+    scene().removePreviewedFrameVisual(7);
+    pump();
+}
+
+TEST_F(PreviewsTest, WhatIsDeletedByItselfIsForgotten) {
+    Visual* part = showCarrier();
+    geometry::PointList list = TwoSequences();
+    scene().addPreviewCurves(part->id, &list);
+    scene().previewTargets({{}});
+    scene().createPreviewedJointVisual();
+    scene().createPreviewedFrameVisual(7, true);
+    scene().showCopiedVisual(part->id, {});
+    pump();
+    for (Visual* shown : added()) scene().deleteVisual(shown);
+    scene().removePreviewCurve(part->id);
+    scene().removePreviewCurves();
+    scene().removePreviewedPoints();
+    scene().setPreviewedJointVisible({0, 0, 0}, {0, 0, 9});
+    scene().setPreviewedJointInvisible();
+    scene().removePreviewedJointVisual();
+    scene().deleteCopiedVisual();
+    EXPECT_NO_THROW(pump());
+    scene().setPreviewedFrameInvisible(7);
+    EXPECT_THAT(Drain, ThrowsMessage<std::out_of_range>("unordered_map::at"));
+    EXPECT_TRUE(added().empty());
+}
+
+TEST_F(PreviewsTest, ACopyOutlivesItsSource) {
+    auto* solid = show(MeshedBox());
+    scene().showCopiedVisual(solid->id, {{0, 0, 100}, {}});
+    pump();
+    scene().deleteVisual(solid);
+    ASSERT_EQ(added().size(), 1u);
+    frame();
+    scene().deleteCopiedVisual();
+    pump();
+    EXPECT_TRUE(added().empty());
+    frame();
+}
+
+TEST_F(PreviewsTest, EveryBodyOfACopyIsTranslucentHoweverDeep) {
+    auto* assembly = new Visual("assembly", scene().root);
+    assembly->type = VisualType::Assembly;
+    scene().visuals[assembly->id] = assembly;
+    known.insert(assembly);
+    for (int i = 0; i < 2; ++i) {
+        Visual* part = showBoxPart("part " + std::to_string(i));
+        scene().attachVisual(assembly->id, part);
+    }
+    pump();
+    scene().showCopiedVisual(assembly->id, {});
+    pump();
+    ASSERT_EQ(added().size(), 1u);
+    int bodies = 0;
+    for (visual::ForestIterator<Visual> it(added()[0]); it.next();) {
+        EXPECT_EQ(it.value()->material, "TransBody");
+        EXPECT_EQ(it.value()->selectedMaterial, "TransBody");
+        EXPECT_EQ(it.value()->highlightedMaterial, "TransBody");
+        if (const auto* body = dynamic_cast<visual::MeshVisual*>(it.value())) {
+            ++bodies;
+            EXPECT_EQ(body->getEntity()->getSubEntity(0)->getMaterialName(), "TransBody");
+        }
+    }
+    EXPECT_EQ(bodies, 2);
+}
+
+TEST_F(PreviewsTest, AFaceWithoutTrianglesShowsNothingAndIsRemovedLikeAnyOther) {
+    Visual* part = showCarrier();
+    const std::size_t ownChildren = part->getChildren().size();
+    scene().previewFace(FirstFace(PlainBox()), part->id);
+    scene().previewFace(TopoDS_Face(), part->id);
+    EXPECT_NO_THROW(frame());
+    scene().removePreviewFaces();
+    pump();
+    EXPECT_EQ(part->getChildren().size(), ownChildren);
+}
+
 TEST_F(PreviewsTest, TheyDoNotCountForViews) {
     Visual* part = showCarrier();
     const Pose without = scene().getViewAllPose();
+    cadcam::TMesh<double> mesh{{{{0, 0, 0}}, {{9e4, 0, 0}}, {{0, 9e4, 0}}}, {{{0, 1, 2}}}};
+    std::vector<gp_Pnt> points{{9e4, 0, 0}};
+    scene().debugViewCamMesh(&mesh);
+    scene().previewPoints(&points, part->id, {1, 0, 0});
+    scene().previewTargets({{{9e4f, 0, 0}, {}}});
+    scene().previewFace(FirstFace(MeshedBox(9e4, 9e4, 9e4)), part->id);
+    scene().createPreviewedFrameVisual(7, true);
+    scene().setPreviewedFrameVisible(7, {{0, 9e4, 0}, {}});
     scene().previewEdge(LineEdge({0, 0, 0}, {9e4, 0, 0}), {});
     geometry::PointList list{{{{0, 0, 0}, {0, 9e4, 0}}}};
     scene().addPreviewCurves(part->id, &list);
@@ -492,6 +610,8 @@ TEST_F(PreviewsTest, TheyDoNotCountForViews) {
     scene().showCopiedVisual(part->id, {{9e4f, 0, 0}, {}});
     pump();
     EXPECT_EQ(scene().getViewAllPose(), without);
+    scene().removePreviewedFrameVisual(7);
+    pump();
 }
 
 }  // namespace vrn::test
