@@ -174,6 +174,10 @@ TEST(Options, PickNeedsAQuestionAndPixelsThatAreNumbers) {
 
 TEST(Options, DriveNeedsAScriptAndAFolder) {
     const Options options = Parsed({"drive", "a.stl", "--script", "s.jsonl", "-o", "out"});
+    EXPECT_FALSE(options.paintReport);
+    EXPECT_EQ(Parsed({"drive", "a.stl", "--script", "s", "-o", "out", "--paint-report", "r.csv"})
+                  .paintReport,
+              "r.csv");
     EXPECT_EQ(options.command, Options::Command::Drive);
     EXPECT_EQ(options.script, "s.jsonl");
     EXPECT_EQ(options.output, "out");
