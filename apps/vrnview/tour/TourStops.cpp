@@ -455,12 +455,13 @@ void Measure(TourStage& stage) {
 }
 
 void ShowDirections(TourStage& stage) {
-    const SolidVisual* piece = SolidOf(stage, "propeller");
-    TheScene().showUVIndicatorVisual(
-        TheScene().GetBodyFaceInWorld(piece->id, static_cast<int>(LargestFace(*piece))));
+    ClearTable(stage);
+    constexpr int tableTop = 11;
+    const SolidVisual* stand = SolidOf(stage, "stand");
+    TheScene().showUVIndicatorVisual(TheScene().GetBodyFaceInWorld(stand->id, tableTop));
     TourStage::settle();
-    const Pos at = FindIndicator()->getWorldPosition();
-    stage.lookFrom({PosD(at) + rob::Vec3Template<double>{60, -90, 80}, PosD(at)});
+    const PosD at(FindIndicator()->getWorldPosition());
+    stage.lookFrom({at + rob::Vec3Template<double>{60, -110, 90}, at});
     stage.afterwards([] { TheScene().deleteUVIndicatorVisual(); });
 }
 
@@ -551,7 +552,7 @@ const std::vector<TourStop>& TourStops() {
          ShowCopy},
         {"measures", "Measures", "A distance, an angle and a diameter.", atTableTop, Mode::Shaded,
          Measure},
-        {"directions", "Directions of a face", "U and V of a surface.", atPropeller, Mode::Shaded,
+        {"directions", "Directions of a face", "U and V of a surface.", atTableTop, Mode::Shaded,
          ShowDirections},
         {"polylines", "Free lines", "Lines that a host draws, with arrows at their starts.",
          atTableTop, Mode::Shaded, DrawLines},
