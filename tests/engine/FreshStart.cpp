@@ -29,11 +29,13 @@
 #include "suite/common/Resources.h"
 #include "view/Camera.h"
 #include "view/Grid.h"
+#include "visual/preview/PreviewVisualsHelper.h"
 #include "visual/Visual.h"
 
 namespace {
 
 using vrn::visual::Camera;
+using vrn::visual::PreviewVisualsHelper;
 using vrn::visual::Scene;
 using vrn::visual::SceneSettings;
 
@@ -72,6 +74,21 @@ void DrawFrames() {
     Frame();
     Frame();
     vrn::visual::ReleaseResources();
+}
+
+void CheckReleasedTwice() {
+    Start();
+    Scene* scene = Scene::Get();
+    Check(PreviewVisualsHelper::Get() == vrn::visual::gPreviewVisualsHelper, "there is a helper");
+    const std::size_t children = scene->root->getChildren().size();
+    vrn::visual::ReleaseResources();
+    vrn::visual::ReleaseResources();
+    // Six crosses, three lines, two frames.
+    Check(scene->root->getChildren().size() == children - 11, "the helper's visuals go with it");
+    Check(!PreviewVisualsHelper::Get(), "no helper is handed out any more");
+    Check(vrn::visual::gPreviewVisualsHelper != nullptr, "the pointer is not cleared");
+    scene->removeAllPositionVisuals();
+    Frame();
 }
 
 void CheckBeforeInit() {
@@ -159,6 +176,7 @@ void CheckVertical(int verticalDir, const std::function<Ogre::Vector3(Ogre::Vect
 int main(int argc, char** argv) {
     const std::map<std::string, std::function<void()>> cases{
         {"frame", DrawFrames},
+        {"released", CheckReleasedTwice},
         {"before-init", CheckBeforeInit},
         {"no-selection", CheckSelectionFirst},
         {"no-size", CheckSize},

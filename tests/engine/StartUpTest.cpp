@@ -214,6 +214,10 @@ TEST_F(FreshStart, NothingExistsBeforeInitAndReleasingDoesNothing) {
     EXPECT_EQ(out, "");
 }
 
+TEST_F(FreshStart, ReleasingTwiceDeletesTheHelperOfPreviewsOnce) {
+    EXPECT_EQ(run("released"), 0) << err;
+}
+
 TEST_F(FreshStart, InitNeedsTheSelection) { EXPECT_EQ(run("no-selection"), 0) << err; }
 
 TEST_F(FreshStart, InitRefusesAWindowWithoutSize) { EXPECT_EQ(run("no-size"), 0) << err; }
