@@ -24,6 +24,11 @@ Pose Compose(const Pose& a, const Pose& b) {
     return {rob::TransformPoint(a, b.position), a.rotation * b.rotation};
 }
 
+Visual* RequireVisual(Visual* visual) {
+    if (!visual) throw std::invalid_argument("the visual to move must not be null");
+    return visual;
+}
+
 }  // namespace
 
 void Scene::setVisualPose(std::uint32_t id, const Pose& pose) {
@@ -31,7 +36,7 @@ void Scene::setVisualPose(std::uint32_t id, const Pose& pose) {
 }
 
 void Scene::setVisualPose(Visual* visual, const Pose& pose) {
-    post([visual, pose] { visual->setPose(pose); });
+    post([visual = RequireVisual(visual), pose] { visual->setPose(pose); });
 }
 
 void Scene::setVisualWorldPose(std::uint32_t id, const Pose& pose) {
@@ -39,7 +44,7 @@ void Scene::setVisualWorldPose(std::uint32_t id, const Pose& pose) {
 }
 
 void Scene::setVisualWorldPose(Visual* visual, const Pose& pose) {
-    post([visual, pose] { visual->setWorldPose(pose); });
+    post([visual = RequireVisual(visual), pose] { visual->setWorldPose(pose); });
 }
 
 void Scene::setVisualsOrientations(const std::vector<std::uint32_t>& ids,

@@ -357,4 +357,10 @@ TEST_F(TreeOperations, AddingANullModelObjectIsRefusedInTheTask) {
     EXPECT_THROW(pump(), std::invalid_argument);
 }
 
+TEST_F(TreeOperations, NullForTheVisualToMoveIsRefusedOnTheCaller) {
+    EXPECT_THROW(scene().setVisualPose(nullptr, Pose()), std::invalid_argument);
+    EXPECT_THROW(scene().setVisualWorldPose(nullptr, Pose()), std::invalid_argument);
+    EXPECT_NO_THROW(pump());
+}
+
 }  // namespace vrn::test
