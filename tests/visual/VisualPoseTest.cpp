@@ -253,9 +253,10 @@ TEST_F(VisualPose, WhatIsRefusedMarksNothing) {
 }
 
 TEST_F(VisualPose, UnderAParentOfNoExtentAWorldPositionIsTheParentsThere) {
-    visual->setPose({{10, 20, 30}, {}});
-    visual->setScale(0, 2, 1);
-    auto* child = new Visual("child", visual);
+    auto* flat = new Visual("flat", scene().root);
+    flat->setPosition(10, 20, 30);
+    flat->setScale(0, 2, 1);
+    auto* child = new Visual("child", flat);
     child->setWorldPose({{100, 200, 300}, {}});
     ExpectNear(child->getPosition(), {0, 90, 270});
     ExpectNear(child->getWorldPosition(), {10, 200, 300});
