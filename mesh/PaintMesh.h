@@ -19,7 +19,10 @@ public:
 
     /// Stores the colour of one vertex and notes the vertex in `changedVertices`, again for every
     /// call. Throws std::out_of_range if there is no colour of that number.
-    void setColor(unsigned int vertex, const Color& color);
+    void setColor(unsigned int vertex, const Color& color) {
+        vertexColors.at(vertex) = color;
+        changedVertices.push_back(vertex);
+    }
 
     std::vector<Color> vertexColors;  ///< one a vertex
 };

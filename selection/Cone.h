@@ -17,6 +17,14 @@ struct VRN_VISUAL_API Cone {
     /// single precision, the radius there double. A cone without height and a NaN contain nothing.
     [[nodiscard]] bool isPointInside(const rob::PoseTemplate<float>& pose,
                                      rob::Vec3Template<float> point) const;
+
+    /// The same for a point at this height along the axis and distance from it.
+    [[nodiscard]] bool contains(float along, float radial) const {
+        // Without a height the quotient is NaN and the comparison false.
+        const double limit = nearRadius + (farRadius - nearRadius) * (along / height);
+        const bool isBetween = !(along < 0.0f) & !(along > height);
+        return isBetween & (radial < limit);
+    }
 };
 
 }  // namespace vrn::visual

@@ -1,10 +1,13 @@
 #include "visual/process/PaintVisual.h"
 
 #include <algorithm>
+#include <bitset>
+#include <cmath>
 #include <format>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 
 #include <OgreEntity.h>
 #include <OgreSceneManager.h>
@@ -44,6 +47,72 @@ selection::SelectableObject& Placed(Visual* visual) {
     object->updateWorldBox();
     return *object;
 }
+
+// Vectors of the compiler, on every processor that it knows. A triangle's corners go through the
+// arithmetic side by side, each as it would alone, to the bit; the fourth counts for nothing.
+using Floats = float __attribute__((vector_size(16)));
+using Corners = rob::Vec3Template<Floats>;
+using CornerSet = std::bitset<3>;
+
+Floats Each(float value) { return Floats{value, value, value, value}; }
+
+Corners Each(const Vec& v) { return {Each(v.x), Each(v.y), Each(v.z)}; }
+
+template <class Triple>
+Corners Gathered(const std::vector<Triple>& all, const std::uint32_t* corners) {
+    const Triple &a = all[corners[0]], &b = all[corners[1]], &c = all[corners[2]];
+    return {Floats{a.x, b.x, c.x, c.x}, Floats{a.y, b.y, c.y, c.y}, Floats{a.z, b.z, c.z, c.z}};
+}
+
+/// Which corners of a triangle a spray paints, with what is the same for all triangles found once.
+class SprayRules {
+public:
+    SprayRules(const Box& sprayReach, const Cone& sprayCone, const rob::PoseTemplate<float>& spray,
+               const rob::PoseTemplate<float>& painted)
+        : reach(sprayReach),
+          cone(sprayCone),
+          apex(Each(spray.position.asVec3())),
+          direction(Each(spray.rotation * Vec{0, 0, 1})),
+          position(Each(painted.position.asVec3())),
+          turnAxis(Each(Vec{painted.rotation.x, painted.rotation.y, painted.rotation.z})),
+          turn(Each(painted.rotation.w)) {}
+
+    /// A corner outside the box or on a surface that faces away ends its triangle, one outside the
+    /// cone does not.
+    [[nodiscard]] CornerSet reachedCorners(const PaintMesh& mesh,
+                                           const std::uint32_t* corners) const {
+        const Corners place = turned(Gathered(mesh.vertices, corners)) + position;
+        const auto inBox = (place.x >= reach.min.x) & (place.x <= reach.max.x) &
+                           (place.y >= reach.min.y) & (place.y <= reach.max.y) &
+                           (place.z >= reach.min.z) & (place.z <= reach.max.z);
+        if (!inBox[0]) return {};
+        const Floats facing = direction.dot(turned(Gathered(mesh.normals, corners)));
+        const Corners fromApex = place - apex;
+        const Floats along = fromApex.dot(direction);
+        const Floats squaredRadius = (fromApex - direction * along).squaredLength();
+        // Without branches: near the rim of the cone the answers follow no pattern.
+        const auto isTried = inBox & ~(facing > Each(0));
+        unsigned tried = 1, reached = 0;
+        for (unsigned k = 0; k < 3; ++k) {
+            tried &= static_cast<unsigned>(isTried[k]);
+            const auto isInCone = cone.contains(along[k], std::sqrt(squaredRadius[k]));
+            reached |= (tried & static_cast<unsigned>(isInCone)) << k;
+        }
+        return reached;
+    }
+
+private:
+    /// RotationTemplate::rotated.
+    [[nodiscard]] Corners turned(const Corners& v) const {
+        const Corners t = turnAxis.cross(v) * Each(2);
+        return v + t * turn + turnAxis.cross(t);
+    }
+
+    Box reach;
+    Cone cone;
+    Corners apex, direction, position, turnAxis;
+    Floats turn;
+};
 
 /// A copy of the target's mesh under a name that no other mesh has.
 std::unique_ptr<PaintMesh> MakePaintMesh(FacetVisual& target, std::uint32_t ownId) {
@@ -105,25 +174,21 @@ void PaintVisual::reset() {
 
 void PaintVisual::spray(std::uint32_t sprayId, double nearRadius, double farRadius, double height) {
     SprayVisual& source = FindSpray(sprayId);
+    if (mesh && mesh->normals.size() < mesh->vertices.size())
+        throw std::out_of_range("the painted mesh has a vertex without a normal");
     const Box reach = Placed(&source).box;
     const selection::SelectableObject& painted = Placed(this);
-    const rob::PoseTemplate<float> sprayPose = source.getWorldPose(), ownPose = getWorldPose();
-    const Vec sprayDirection = sprayPose.rotation * Vec{0, 0, 1};
-    const Cone cone{nearRadius, farRadius, height};
+    const SprayRules rules(reach, {nearRadius, farRadius, height}, source.getWorldPose(),
+                           getWorldPose());
     std::mutex colouring;  // the list of changed vertices is shared, should a walk run in parallel
 
     painted.processIntersectionsWith(reach, [&](unsigned int triangle) {
-        for (unsigned k = 0; k < 3; ++k) {
-            const std::uint32_t v = mesh->indices[3 * triangle + k];
-            const Vec place =
-                ownPose.rotation * mesh->vertices[v].asVec3() + ownPose.position.asVec3();
-            if (!reach.isPointInside(place.x, place.y, place.z)) return;
-            const Vec normal = ownPose.rotation * mesh->normals[v];
-            if (sprayDirection.dot(normal) > 0) return;
-            if (!cone.isPointInside(sprayPose, place)) continue;
-            const std::lock_guard lock(colouring);
-            mesh->setColor(v, paintColor);
-        }
+        const std::uint32_t* corners = &mesh->indices[std::size_t{3} * triangle];
+        const CornerSet reached = rules.reachedCorners(*mesh, corners);
+        if (reached.none()) return;
+        const std::lock_guard lock(colouring);
+        for (unsigned k = 0; k < 3; ++k)
+            if (reached[k]) mesh->setColor(corners[k], paintColor);
     });
     MeshManager::Get()->updatePaintMeshColor(mesh);
 }

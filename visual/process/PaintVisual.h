@@ -45,7 +45,7 @@ public:
     ///
     /// Corners are tried triangle by triangle: one outside the box, or that faces away, ends its
     /// triangle, one outside the cone does not. Throws std::bad_optional_access for an id that is
-    /// no spray visual's.
+    /// no spray visual's, and std::out_of_range for a mesh with a vertex that has no normal.
     void spray(std::uint32_t sprayId, double nearRadius, double farRadius, double height);
 
 private:

@@ -27,45 +27,38 @@ const Colour selectedColour(0.9882353f, 1.0f, 0.21176471f, 0.5f);
 const Colour highlightedColour(0.9882353f, 1.0f, 0.21176471f, 0.1f);
 const Colour rangeColour(0.9882353f, 0.39215687f, 0.21176471f, 0.5f);
 
-struct BandVertexPair {
-    rob::PosTemplate<float> onEdge, onBorder;
-    rob::Vec3Template<float> normal;
-};
-
-// All of them before anything is drawn: a shape that cannot be drawn leaves no section open, which
-// would refuse every later one.
-std::vector<BandVertexPair> VertexPairs(const EdgeMfgShape& shape,
-                                        const std::vector<EdgeMfgShape::PathPoint>& points) {
-    const std::vector<MfgVectors> used = shape.getUsedMfgVectors();
-    std::vector<BandVertexPair> pairs;
-    pairs.reserve(points.size());
-    for (const auto& point : points) {
-        const MfgVectors& vectors = used.at(static_cast<std::size_t>(point.index));
-        const MfgVector v = vectors.getVectorAtParam(point.param);
-        const rob::PosTemplate<double> p = v.getPos(vectors.edge);
-        const rob::Vec3Template<double> along = v.getEdgeTangent(vectors.edge);
-        const rob::Vec3Template<double> d = v.getDir(vectors.edge).asVec3();
-        const auto normal = along.cross(d).normalized();
-        pairs.push_back({rob::PosTemplate<float>(p),
-                         rob::PosTemplate<float>(p + d * BandVectorVisual::length),
-                         rob::Vec3Template<float>(normal)});
+void AddVertices(Ogre::ManualObject& ribbon, const MfgVectors& vectors, double param) {
+    const MfgVector v = vectors.getVectorAtParam(param);
+    const rob::PosTemplate<double> p = v.getPos(vectors.edge);
+    const rob::Vec3Template<double> along = v.getEdgeTangent(vectors.edge);
+    const rob::Vec3Template<double> d = v.getDir(vectors.edge).asVec3();
+    const rob::Vec3Template<float> normal(along.cross(d).normalized());
+    for (const rob::PosTemplate<double>& corner : {p, p + d * BandVectorVisual::length}) {
+        const rob::PosTemplate<float> narrowed(corner);
+        ribbon.position(narrowed.x, narrowed.y, narrowed.z);
+        ribbon.normal(normal.x, normal.y, normal.z);
     }
-    return pairs;
 }
 
-// As one strip, also across the joints of edges. Null for no points.
-Ogre::ManualObject::ManualObjectSection* DrawStrip(Ogre::ManualObject& ribbon,
-                                                   const char* materialName,
-                                                   const std::vector<BandVertexPair>& pairs) {
+// A section that a throw left open takes no other beside it, and no end once it is cleared away.
+void ClearStrip(Ogre::ManualObject& ribbon, bool& isOpen) {
+    if (isOpen) ribbon.end();
+    isOpen = false;
     ribbon.clear();
+}
+
+// One strip, also across the joints of edges. Null for no points. `isOpen` stays true where it
+// throws: the section is then left open.
+Ogre::ManualObject::ManualObjectSection* DrawStrip(
+    Ogre::ManualObject& ribbon, bool& isOpen, const char* materialName,
+    const std::vector<MfgVectors>& used, const std::vector<EdgeMfgShape::PathPoint>& points) {
+    ClearStrip(ribbon, isOpen);
     ribbon.begin(materialName, Ogre::RenderOperation::OT_TRIANGLE_STRIP,
                  Ogre::ResourceGroupManager::DEFAULT_RESOURCE_GROUP_NAME);
-    for (const auto& [onEdge, onBorder, normal] : pairs) {
-        for (const auto& p : {onEdge, onBorder}) {
-            ribbon.position(p.x, p.y, p.z);
-            ribbon.normal(normal.x, normal.y, normal.z);
-        }
-    }
+    isOpen = true;
+    for (const auto& point : points)
+        AddVertices(ribbon, used.at(static_cast<std::size_t>(point.index)), point.param);
+    isOpen = false;
     return ribbon.end();
 }
 
@@ -93,9 +86,8 @@ VectorBandVisual::~VectorBandVisual() {
 }
 
 void VectorBandVisual::drawMfgShape(const EdgeMfgShape& shape) {
-    const std::vector<BandVertexPair> pairs = VertexPairs(shape, shape.getPathPointsForRender());
     const std::vector<MfgVectors> used = shape.getUsedMfgVectors();
-    DrawStrip(*band, "VectorBand", pairs);
+    DrawStrip(*band, bandIsOpen, "VectorBand", used, shape.getPathPointsForRender());
     setColor(normalColour);  // before anything below may throw
     for (const MfgVectors& vectors : used)
         for (const MfgVector& vector : vectors.vectors)
@@ -124,7 +116,7 @@ void VectorBandVisual::deleteStartArrow() {
 }
 
 void VectorBandVisual::updateBand(const EdgeMfgShape& shape) {
-    band->clear();
+    ClearStrip(*band, bandIsOpen);
     while (!bandVectors.empty()) Scene::Get()->deleteVisual(bandVectors.back());
     clearPreviewVector();
     clearSelectedVector();
@@ -173,8 +165,9 @@ void VectorBandVisual::selectRange(const EdgeMfgShape& shape, const PathPoint& s
     } else {
         clearSelectedRange();
     }
-    const auto pairs = VertexPairs(shape, shape.getPathPointsForRender(start, end));
-    if (auto* section = DrawStrip(*rangeBand, "SelectedBand", pairs))
+    if (auto* section =
+            DrawStrip(*rangeBand, rangeIsOpen, "SelectedBand", shape.getUsedMfgVectors(),
+                      shape.getPathPointsForRender(start, end)))
         section->setCustomParameter(colourParameter, rangeColour);
 }
 
@@ -184,7 +177,7 @@ void VectorBandVisual::updateSelectedBand(const EdgeMfgShape& shape, const PathP
 }
 
 void VectorBandVisual::clearSelectedRange() {
-    if (rangeBand) rangeBand->clear();
+    if (rangeBand) ClearStrip(*rangeBand, rangeIsOpen);
 }
 
 void VectorBandVisual::setColor(const Colour& color) {

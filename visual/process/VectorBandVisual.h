@@ -37,7 +37,8 @@ public:
     ///
     /// Throws std::overflow_error ("0-length vector cannot be normalized.") where the tool's
     /// direction runs along the edge, or where the first edge has no direction at its start, and
-    /// what MfgVectors::getVectorAtParam throws.
+    /// what MfgVectors::getVectorAtParam throws. From the first of these the ribbon has a section
+    /// without an end, which draws nothing, until it is updated again.
     void updateBand(const task::EdgeMfgShape& shape);
 
     /// One at a time, in place of the one before. A point on no used edge throws std::out_of_range.
@@ -47,7 +48,7 @@ public:
     void clearSelectedVector();
 
     /// Draws a part of the band in another colour, in place of the one before. Throws as
-    /// updateBand.
+    /// updateBand, which then holds for the range.
     void selectRange(const task::EdgeMfgShape& shape, const PathPoint& start, const PathPoint& end);
     void updateSelectedBand(const task::EdgeMfgShape& shape, const PathPoint& start,
                             const PathPoint& end);
@@ -89,6 +90,7 @@ private:
     BandVectorVisual* previewVector_ = nullptr;  ///< a child; the operation has the plain name
     BandVectorVisual* selectedVector = nullptr;  ///< a child
     MeshVisual* startArrow = nullptr;            ///< a child of the parent, which may free it first
+    bool bandIsOpen = false, rangeIsOpen = false;  ///< after a throw, until it is drawn anew
 };
 
 }  // namespace vrn::visual

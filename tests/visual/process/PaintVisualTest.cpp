@@ -418,6 +418,19 @@ TEST_F(PaintTest, AMeshWithoutVerticesIsPaintedWithoutHarm) {
     EXPECT_NO_THROW(frame());
 }
 
+TEST_F(PaintTest, AMeshThatLacksANormalIsRefused) {
+    MeshVisual* target = showTarget("mfg_arrow");
+    const auto* gun = showSpray(Down({0, 0, 50}), makeSpray());
+    PaintMesh bare("paint-bare");
+    bare.vertices = {{0, 0, 0}, {10, 0, 0}, {0, 10, 0}};
+    bare.indices = {0, 1, 2};
+    auto* paint = new PaintVisual(target, gun->id);
+    paint->setMesh(&bare);
+    VisualSelection::Get()->addMeshVisual(paint, /*detectable=*/false, /*priority=*/false);
+    EXPECT_THROW(paint->spray(gun->id, 10, 10, 100), std::out_of_range);
+    scene().deleteVisual(paint);
+}
+
 TEST_F(PaintTest, AnUnknownTargetIsPassedOverAndAnUnknownSprayIsNot) {
     scene().createPaintVisual(unknownId, 5);
     scene().removePaintVisual(unknownId, 5);

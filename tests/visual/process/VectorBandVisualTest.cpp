@@ -152,7 +152,8 @@ TEST_F(VectorBandVisualTest, TheRibbonGoesOnAsOneStripAcrossAJoint) {
 }
 
 TEST_F(VectorBandVisualTest, AVectorsLineRunsFromTheEdgeToTheFarBorder) {
-    const VectorBandVisual* band = show(TwoEdges());
+    const EdgeMfgShape shape = TwoEdges();
+    const VectorBandVisual* band = show(shape);
     const BandVectorVisual* last = band->getVectors().back();
     EXPECT_EQ(static_cast<int>(last->type), 11);
     ASSERT_EQ(last->getLines().size(), 1u);
@@ -160,7 +161,7 @@ TEST_F(VectorBandVisualTest, AVectorsLineRunsFromTheEdgeToTheFarBorder) {
     ASSERT_EQ(points.size(), 2u);
     ExpectNear(points[0], {200, 0, 0});
     ExpectNear(points[1], VerticesOf(band->getBand()).back().position);
-    EXPECT_TRUE(last->getEdge().IsSame(last->getEdge()));
+    EXPECT_TRUE(last->getEdge().IsSame(shape.getUsedMfgVectors().back().edge));
     EXPECT_EQ(last->getVector().parameter, 100);
 }
 
@@ -331,6 +332,7 @@ TEST_F(VectorBandVisualTest, ABandWhoseUpdateThrewCanBeUpdatedAgain) {
     EXPECT_THAT([&] { band->updateBand(Parallel()); },
                 ThrowsMessage<std::overflow_error>(noLength));
     EXPECT_TRUE(band->getVectors().empty());
+    EXPECT_EQ(band->getBand()->getSections().size(), 1u);  // begun, and never ended
     EXPECT_THAT([&] { band->selectRange(Parallel(), {0, 0}, {1, 100}); },
                 ThrowsMessage<std::overflow_error>(noLength));
     frame();
@@ -338,6 +340,34 @@ TEST_F(VectorBandVisualTest, ABandWhoseUpdateThrewCanBeUpdatedAgain) {
     EXPECT_NO_THROW(band->selectRange(TwoEdges(), {0, 0}, {1, 100}));
     EXPECT_EQ(band->getVectors().size(), 4u);
     frame();
+}
+
+TEST_F(VectorBandVisualTest, ABandWhoseUpdatesThrewIsUsedAndDeletedLikeAnyOther) {
+    const std::size_t before = manualObjects();
+    VectorBandVisual* band = show(OneEdge());
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_THROW(band->updateBand(Parallel()), std::overflow_error);
+        EXPECT_THROW(band->selectRange(Parallel(), {0, 0}, {1, 100}), std::overflow_error);
+    }
+    band->setSelected();
+    band->clearHighlightOrSelect();
+    band->previewVector(OneEdge(), {0, 50});
+    EXPECT_TRUE(band->getRangeBand()->getSections().empty());
+    frame();
+    EXPECT_THROW(band->selectRange(Parallel(), {0, 0}, {1, 100}), std::overflow_error);
+    scene().deleteVisual(band);
+    EXPECT_EQ(manualObjects(), before);
+    frame();
+}
+
+TEST_F(VectorBandVisualTest, AToolAlongTheEdgeAtItsVeryStartLeavesTheBandUsable) {
+    EdgeMfgShape atOnce;
+    atOnce.addEdge(Stretch(0, {1, 0, 0}, {0, 0, 1}));
+    VectorBandVisual* band = show(OneEdge());
+    EXPECT_THROW(band->updateBand(atOnce), std::overflow_error);
+    frame();
+    EXPECT_NO_THROW(band->updateBand(OneEdge()));
+    EXPECT_FALSE(VerticesOf(band->getBand()).empty());
 }
 
 TEST_F(VectorBandVisualTest, AShapeWithoutEdgesIsAnEmptyBand) {
