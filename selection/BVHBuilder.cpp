@@ -9,6 +9,8 @@
 #include <array>
 #include <cfloat>
 #include <cmath>
+#include <cstddef>
+#include <limits>
 #include <new>
 #include <ostream>
 #include <span>
@@ -30,15 +32,34 @@ constexpr unsigned planeCount = bucketCount - 1;
 constexpr float minBucketWidth = 5.0f;
 constexpr std::size_t nodeAlignment = 8;
 
+/// `a` where it is smaller, else `b`, also for a NaN in either.
+Quad Lower(const Quad& a, const Quad& b) {
+#ifdef __SSE__
+    return __builtin_ia32_minps(a, b);  // the compiler makes four instructions of the other
+#else
+    return a < b ? a : b;
+#endif
+}
+
+/// `a` where it is larger, else `b`, also for a NaN in either.
+Quad Higher(const Quad& a, const Quad& b) {
+#ifdef __SSE__
+    return __builtin_ia32_maxps(a, b);
+#else
+    return a > b ? a : b;
+#endif
+}
+
 /// Bounds that grow as those of Box do: a NaN is passed over.
 struct Bounds {
     Quad low{FLT_MAX, FLT_MAX, FLT_MAX, 0};
     Quad high{-FLT_MAX, -FLT_MAX, -FLT_MAX, 0};
 
     void add(const Quad& otherLow, const Quad& otherHigh) {
-        low = otherLow < low ? otherLow : low;
-        high = otherHigh > high ? otherHigh : high;
+        low = Lower(otherLow, low);
+        high = Higher(otherHigh, high);
     }
+    void addPoint(const Quad& point) { add(point, point); }
     [[nodiscard]] bool isValid() const {
         return high[0] >= low[0] && high[1] >= low[1] && high[2] >= low[2];
     }
@@ -71,10 +92,9 @@ struct Split {
     /// A centroid on the far end, or beyond it by rounding, belongs to the last bucket, a NaN to
     /// the first.
     [[nodiscard]] unsigned bucketOf(float center) const {
+        constexpr float last = bucketCount - 1;
         const float position = (center - origin) / width;
-        if (!(position > 0.0f)) return 0;
-        return position < static_cast<float>(bucketCount) ? static_cast<unsigned>(position)
-                                                          : bucketCount - 1;
+        return static_cast<unsigned>(std::min(position > 0.0f ? position : 0.0f, last));
     }
     /// Where the plane after bucket `i` cuts the axis.
     [[nodiscard]] float planeAfter(unsigned i) const {
@@ -88,30 +108,37 @@ struct Share {
     Bounds bounds;
 
     void add(const Share& other) {
-        if (other.count == 0) return;
         count += other.count;
         bounds.add(other.bounds.low, other.bounds.high);
     }
-    [[nodiscard]] float cost() const { return static_cast<float>(count) * bounds.area(); }
+    /// Infinite for bounds that are none.
+    [[nodiscard]] float cost() const {
+        return bounds.isValid() ? static_cast<float>(count) * bounds.area()
+                                : std::numeric_limits<float>::infinity();
+    }
 };
 using Buckets = std::array<Share, bucketCount>;
 
 /// The bucket after which a cut costs least; of equal ones the first. A cut with an empty side
-/// costs most.
+/// costs most. Behind an empty bucket a cut parts the same as the one before, so it is passed over.
 unsigned CheapestPlane(const Buckets& buckets) {
-    std::array<Share, planeCount> right;
+    std::array<float, planeCount> rightCosts;
     Share growing;
+    float rightCost = growing.cost();
     for (unsigned i = planeCount; i-- > 0;) {
-        growing.add(buckets[i + 1]);
-        right[i] = growing;
+        if (buckets[i + 1].count > 0) {
+            growing.add(buckets[i + 1]);
+            rightCost = growing.cost();
+        }
+        rightCosts[i] = rightCost;
     }
     growing = {};
     unsigned best = 0;
     float lowest = FLT_MAX;
     for (unsigned i = 0; i < planeCount; ++i) {
+        if (buckets[i].count == 0) continue;
         growing.add(buckets[i]);
-        if (!growing.bounds.isValid() || !right[i].bounds.isValid()) continue;
-        const float cost = growing.cost() + right[i].cost();
+        const float cost = growing.cost() + rightCosts[i];
         if (!(cost < lowest)) continue;
         lowest = cost;
         best = i;
@@ -129,26 +156,50 @@ public:
         for (const unsigned int index : order) items.push_back(ItemOf(*primitives[index]));
     }
 
-    [[nodiscard]] BVHNode* makeNode(unsigned first, unsigned last) {
-        if (last - first <= BVHLeaf::maxCount) return makeLeaf(first, last);
-        Bounds centroids;
-        for (unsigned i = first; i < last; ++i) centroids.add(items[i].center, items[i].center);
-        const Box extent = centroids.toBox();
-        const unsigned axis = extent.maxDim();
-        const float width = extent.getExtent(axis) * 0.125f;
-        unsigned middle = (first + last) >> 1;
-        // Coordinates whose difference is no float would be cut off one by one.
-        if (!(width < minBucketWidth) && !std::isinf(width))
-            middle = part(first, last, {axis, visual::component(extent.min, axis), width});
-        BVHNode* left = makeNode(first, middle);
-        BVHNode* right = makeNode(middle, last);
-        return new (arena.allocate(sizeof(BVHInnerNode), nodeAlignment))
-            BVHInnerNode(left, right, axis);
+    [[nodiscard]] BVHNode* makeRoot() {
+        const auto last = static_cast<unsigned>(order.size());
+        return makeNode(0, last, centroidsOf(0, last),
+                        arena.allocate(sizeOf(0, last), nodeAlignment));
     }
 
 private:
-    BVHNode* makeLeaf(unsigned first, unsigned last) {
-        auto* leaf = new (arena.allocate(sizeof(BVHLeaf), nodeAlignment)) BVHLeaf(last - first);
+    /// A range in two, neither of them empty, with the bounds of the centroids of each.
+    struct Halves {
+        unsigned middle;  ///< where the second begins
+        Bounds left, right;
+    };
+
+    static std::size_t sizeOf(unsigned first, unsigned last) {
+        return last - first <= BVHLeaf::maxCount ? sizeof(BVHLeaf) : sizeof(BVHInnerNode);
+    }
+    [[nodiscard]] Bounds centroidsOf(unsigned first, unsigned last) const {
+        Bounds centroids;
+        for (unsigned i = first; i < last; ++i) centroids.addPoint(items[i].center);
+        return centroids;
+    }
+
+    /// `place`: memory of sizeOf the range.
+    BVHNode* makeNode(unsigned first, unsigned last, const Bounds& centroids, void* place) {
+        if (last - first <= BVHLeaf::maxCount) return makeLeaf(first, last, place);
+        const Box extent = centroids.toBox();
+        const unsigned axis = extent.maxDim();
+        const float width = extent.getExtent(axis) * 0.125f;
+        // Coordinates whose difference is no float would be cut off one by one.
+        const bool isWide = !(width < minBucketWidth) && !std::isinf(width);
+        const Halves halves =
+            isWide ? part(first, last, {axis, visual::component(extent.min, axis), width})
+                   : halved(first, last);
+        // Side by side, since a query that comes by looks at both.
+        const std::size_t leftSize = sizeOf(first, halves.middle);
+        auto* both = static_cast<std::byte*>(
+            arena.allocate(leftSize + sizeOf(halves.middle, last), nodeAlignment));
+        BVHNode* left = makeNode(first, halves.middle, halves.left, both);
+        BVHNode* right = makeNode(halves.middle, last, halves.right, both + leftSize);
+        return new (place) BVHInnerNode(left, right, axis);
+    }
+
+    BVHNode* makeLeaf(unsigned first, unsigned last, void* place) {
+        auto* leaf = new (place) BVHLeaf(last - first);
         Bounds bounds;
         for (unsigned i = first; i < last; ++i) {
             leaf->primitives[i - first] = primitives[order[i]];
@@ -158,9 +209,14 @@ private:
         return leaf;
     }
 
-    /// Sorts the range into the two sides of the cheapest plane; answers where the second begins.
-    /// Neither side is empty.
-    unsigned part(unsigned first, unsigned last, const Split& split) {
+    /// In the order as it stands.
+    [[nodiscard]] Halves halved(unsigned first, unsigned last) const {
+        const unsigned middle = (first + last) >> 1;
+        return {middle, centroidsOf(first, middle), centroidsOf(middle, last)};
+    }
+
+    /// Sorted into the two sides of the cheapest plane.
+    Halves part(unsigned first, unsigned last, const Split& split) {
         Buckets buckets;
         for (unsigned i = first; i < last; ++i) {
             Share& bucket = buckets[split.bucketOf(items[i].center[split.axis])];
@@ -171,19 +227,22 @@ private:
     }
 
     /// Both scans stop before the other end, and do not look at what stands there.
-    unsigned partAt(unsigned first, unsigned last, unsigned axis, float plane) {
+    Halves partAt(unsigned first, unsigned last, unsigned axis, float plane) {
+        Bounds left, right;
         unsigned i = first, j = last - 1;
         for (;;) {
-            while (i < last - 1 && items[i].center[axis] < plane) ++i;
-            while (j > first && items[j].center[axis] >= plane) --j;
+            while (i < last - 1 && items[i].center[axis] < plane) left.addPoint(items[i++].center);
+            while (j > first && items[j].center[axis] >= plane) right.addPoint(items[j--].center);
             if (i >= j) break;
             std::swap(items[i], items[j]);
             std::swap(order[i], order[j]);
-            ++i;
-            --j;
+            left.addPoint(items[i++].center);
+            right.addPoint(items[j--].center);
         }
-        if (i == first) return first + 1;
-        return i == last ? last - 1 : i;
+        // Where the scans met is what neither took.
+        if (i == j) (i == first ? left : right).addPoint(items[i].center);
+        if (i == first) return {first + 1, left, right};
+        return {i == last ? last - 1 : i, left, right};
     }
 
     const std::vector<BVHPrimitive*>& primitives;
@@ -192,18 +251,21 @@ private:
     Arena& arena;
 };
 
-template <class Node>
-Node* Placed(const Node& node, Arena& arena) {
-    return new (arena.allocate(sizeof(Node), nodeAlignment)) Node(node);
+std::size_t SizeOf(const BVHNode& node) {
+    return node.type == BVHNode::Type::Leaf ? sizeof(BVHLeaf) : sizeof(BVHInnerNode);
 }
 
-/// In the order of makeNode, so that it takes the same room.
-BVHNode* Copied(const BVHNode& node, Arena& arena) {
-    if (node.type == BVHNode::Type::Leaf) return Placed(static_cast<const BVHLeaf&>(node), arena);
-    BVHInnerNode inner = static_cast<const BVHInnerNode&>(node);
-    inner.left = Copied(*inner.left, arena);
-    inner.right = Copied(*inner.right, arena);
-    return Placed(inner, arena);
+/// In the order of makeNode, so that it takes the same room. `place`: memory of SizeOf the node.
+BVHNode* Copied(const BVHNode& node, Arena& arena, void* place) {
+    if (node.type == BVHNode::Type::Leaf)
+        return new (place) BVHLeaf(static_cast<const BVHLeaf&>(node));
+    auto* inner = new (place) BVHInnerNode(static_cast<const BVHInnerNode&>(node));
+    const std::size_t leftSize = SizeOf(*inner->left);
+    auto* both =
+        static_cast<std::byte*>(arena.allocate(leftSize + SizeOf(*inner->right), nodeAlignment));
+    inner->left = Copied(*inner->left, arena, both);
+    inner->right = Copied(*inner->right, arena, both + leftSize);
+    return inner;
 }
 
 /// The tree in as much memory as it needs, where that is less than a block. A station has a
@@ -214,7 +276,8 @@ BVHTree Fitted(BVHTree tree) {
     if (!tree.root || block.next) return tree;
     BVHTree fitted;
     fitted.arena->limitFirstBlock(block.used);
-    fitted.root = Copied(*tree.root, *fitted.arena);
+    void* place = fitted.arena->allocate(SizeOf(*tree.root), nodeAlignment);
+    fitted.root = Copied(*tree.root, *fitted.arena, place);
     return fitted;
 }
 
@@ -249,7 +312,7 @@ BVHNode* BVHBuilder::buildNodes(unsigned first, unsigned last, Arena* arena) {
         throw std::out_of_range("the range of primitives does not lie in the order");
     const auto range = std::span(order).subspan(first, last - first);
     for (const unsigned int index : range) (void)container->primitives.at(index);
-    return Build(container->primitives, range, *arena).makeNode(0, last - first);
+    return Build(container->primitives, range, *arena).makeRoot();
 }
 
 }  // namespace vrn::selection

@@ -15,7 +15,7 @@ bool BVHNode::intersect(const rob::LineTemplate<float>& line) const { return box
 bool BVHNode::intersect(const visual::Box& other) const { return box.intersect(other); }
 
 BVHInnerNode::BVHInnerNode(BVHNode* leftChild, BVHNode* rightChild, unsigned splitAxis)
-    : BVHNode(Type::Inner), left(leftChild), right(rightChild), axis(splitAxis) {
+    : BVHNode(Type::Inner), axis(splitAxis), left(leftChild), right(rightChild) {
     box.addBox(left->box);
     box.addBox(right->box);
 }

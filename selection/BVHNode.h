@@ -44,9 +44,9 @@ public:
     BVHInnerNode(BVHNode* leftChild, BVHNode* rightChild, unsigned splitAxis);
     void collectPrimitives(std::vector<BVHPrimitive*>& found) override;
 
+    std::uint32_t axis;  ///< first, since there is room for it behind the box
     BVHNode* left;
     BVHNode* right;
-    std::uint32_t axis;
 };
 
 class VRN_VISUAL_API BVHLeaf final : public BVHNode {
@@ -57,8 +57,8 @@ public:
     explicit BVHLeaf(unsigned primitiveCount);
     void collectPrimitives(std::vector<BVHPrimitive*>& found) override;
 
+    std::uint32_t count;  ///< first, since there is room for it behind the box
     std::array<BVHPrimitive*, maxCount> primitives{};
-    std::uint32_t count;
 };
 
 }  // namespace vrn::selection

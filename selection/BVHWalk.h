@@ -66,6 +66,18 @@ void WalkNodes(const BVHNode* root, const Meets& meets, const Yields& yields,
     }
 }
 
+/// Asks for the memory that a node's turn will need.
+inline void FetchBelow(const BVHNode& node) {
+    if (node.type == BVHNode::Type::Leaf) {
+        const auto& leaf = static_cast<const BVHLeaf&>(node);
+        for (std::uint32_t i = 0; i < leaf.count; ++i) __builtin_prefetch(leaf.primitives[i]);
+    } else {
+        const auto& inner = static_cast<const BVHInnerNode&>(node);
+        __builtin_prefetch(inner.left);
+        __builtin_prefetch(inner.right);
+    }
+}
+
 /// WalkNodes for a direct ray. Both children are looked at before the first is entered, so that
 /// they come from memory together, and what begins behind `limit()` is passed over.
 template <class Limit, class Visit>
@@ -88,6 +100,8 @@ void WalkSlabs(const BVHNode* root, const rob::DirTemplate<float>& direction, co
         const SlabTest::Entry left = slabs.entryInto(inner->left->box);
         const SlabTest::Entry right = slabs.entryInto(inner->right->box);
         const bool isLeftFirst = visual::component(direction, inner->axis) > 0;
+        if (right.isMet) FetchBelow(*inner->right);
+        if (left.isMet) FetchBelow(*inner->left);
         if (right.isMet && isLeftFirst) stack.push(inner->right, right.distance);
         if (left.isMet) stack.push(inner->left, left.distance);
         if (right.isMet && !isLeftFirst) stack.push(inner->right, right.distance);

@@ -66,43 +66,8 @@ bool IsEmpty(const Box& box) {
 
 }  // namespace
 
-Box& Box::operator=(const Box& other) {
-    if (this == &other) return *this;
-    min = other.min;
-    max = other.max;
-    updateCenter();
-    return *this;
-}
-
-void Box::set(float minX, float minY, float minZ, float maxX, float maxY, float maxZ) {
-    min = {minX, minY, minZ};
-    max = {maxX, maxY, maxZ};
-    updateCenter();
-}
-
-void Box::updateCenter() {
-    center = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
-    dirty = false;
-}
-
-const Pos& Box::getCenter() {
-    if (dirty) updateCenter();
-    return center;
-}
-
 void Box::addPoints(std::span<const Pos> points) {
     for (const Pos& point : points) addPoint(point);
-}
-
-void Box::addBox(const Box& other) {
-    // Side by side, not as two points: the bounds of an empty box must not count.
-    if (other.min.x < min.x) min.x = other.min.x;
-    if (other.min.y < min.y) min.y = other.min.y;
-    if (other.min.z < min.z) min.z = other.min.z;
-    if (other.max.x > max.x) max.x = other.max.x;
-    if (other.max.y > max.y) max.y = other.max.y;
-    if (other.max.z > max.z) max.z = other.max.z;
-    updateCenter();
 }
 
 unsigned Box::maxDim() const {
@@ -121,12 +86,6 @@ float Box::getArea() const {
 float Box::getSurfaceArea() const {
     const Vec h = HalfExtents(*this);
     return 8.0f * (h.x * h.z + h.y * h.x + h.y * h.z);
-}
-
-void Box::expand() {
-    constexpr Vec margin{1.0f, 1.0f, 1.0f};
-    min = min - margin;
-    max = max + margin;
 }
 
 bool Box::isPointInside(float x, float y, float z) const {

@@ -40,11 +40,21 @@ public:
     /// An exact copy, a stale center included.
     Box(const Box&) = default;
     /// Takes the bounds and computes the center; assigning a box to itself changes nothing.
-    Box& operator=(const Box& other);
+    Box& operator=(const Box& other) {
+        if (this == &other) return *this;
+        min = other.min;
+        max = other.max;
+        updateCenter();
+        return *this;
+    }
     ~Box() = default;
 
     /// The bounds as given; the center is computed at once.
-    void set(float minX, float minY, float minZ, float maxX, float maxY, float maxZ);
+    void set(float minX, float minY, float minZ, float maxX, float maxY, float maxZ) {
+        min = {minX, minY, minZ};
+        max = {maxX, maxY, maxZ};
+        updateCenter();
+    }
 
     /// True if `max` is at least `min` on all three axes; a box of a single point is valid.
     [[nodiscard]] bool isValid() const {
@@ -52,9 +62,15 @@ public:
     }
 
     /// Computes the center from the bounds.
-    void updateCenter();
+    void updateCenter() {
+        center = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
+        dirty = false;
+    }
     /// The center, computed first if it was stale.
-    [[nodiscard]] const Pos& getCenter();
+    [[nodiscard]] const Pos& getCenter() {
+        if (dirty) updateCenter();
+        return center;
+    }
 
     /// Grows the bounds and leaves the center stale, so that adding many points stays cheap.
     void addPoint(const Pos& point) {
@@ -69,7 +85,16 @@ public:
     /// addPoint for each; an empty list changes nothing.
     void addPoints(std::span<const Pos> points);
     /// Grows the bounds and computes the center. An empty box leaves the bounds alone.
-    void addBox(const Box& other);
+    void addBox(const Box& other) {
+        // Side by side, not as two points: the bounds of an empty box must not count.
+        if (other.min.x < min.x) min.x = other.min.x;
+        if (other.min.y < min.y) min.y = other.min.y;
+        if (other.min.z < min.z) min.z = other.min.z;
+        if (other.max.x > max.x) max.x = other.max.x;
+        if (other.max.y > max.y) max.y = other.max.y;
+        if (other.max.z > max.z) max.z = other.max.z;
+        updateCenter();
+    }
 
     /// The axis of the largest extent: 0 x, 1 y, 2 z. A tie goes to the later axis.
     [[nodiscard]] unsigned maxDim() const;
@@ -82,7 +107,10 @@ public:
 
     /// Moves each face out by one unit. The center is neither computed nor marked stale: it stays
     /// right because the growth is symmetric.
-    void expand();
+    void expand() {
+        min = {min.x - 1.0f, min.y - 1.0f, min.z - 1.0f};
+        max = {max.x + 1.0f, max.y + 1.0f, max.z + 1.0f};
+    }
 
     /// True inside and on all six faces.
     [[nodiscard]] bool isPointInside(float x, float y, float z) const;

@@ -7,6 +7,7 @@
 #include "selection/PointCloudObject.h"
 #include "selection/PolygonIndex.h"
 #include "selection/SensitivePoints.h"
+#include "selection/Workers.h"
 #include "view/Camera.h"
 #include "visual/geometry/PointCloudVisual.h"
 
@@ -17,7 +18,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cfloat>
 #include <cmath>
 #include <cstddef>
@@ -25,7 +25,6 @@
 #include <future>
 #include <span>
 #include <stdexcept>
-#include <thread>
 
 namespace vrn::selection {
 
@@ -174,19 +173,10 @@ void AppendInside(const SensitivePoints& chunk, const Ogre::Matrix4& toClip,
     }
 }
 
-/// Runs the tasks, which are deferred, on as many threads as the machine has: each takes the next
-/// one until none is left. A thread a task would take ten times as long as the tasks themselves.
+/// Runs the tasks, which are deferred, on all processors: a thread a task would take ten times as
+/// long as the tasks themselves.
 void RunAll(std::vector<std::future<void>>& tasks) {
-    const unsigned cores = std::thread::hardware_concurrency();
-    const std::size_t count = std::min<std::size_t>(cores == 0 ? 4 : cores, tasks.size());
-    std::atomic<std::size_t> next = 0;
-    const auto work = [&tasks, &next] {
-        for (std::size_t i = next++; i < tasks.size(); i = next++) tasks[i].wait();
-    };
-    std::vector<std::future<void>> workers;
-    workers.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) workers.push_back(std::async(std::launch::async, work));
-    for (auto& worker : workers) worker.get();
+    ShareOut(tasks.size(), [&tasks](std::size_t i) { tasks[i].wait(); });
     for (auto& task : tasks) task.get();  // passes on what a task threw
 }
 

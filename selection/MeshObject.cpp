@@ -41,6 +41,10 @@ void MeshObject::buildBVH() {
     buildTree();
 }
 
+void MeshObject::prepareBuild() {
+    if (visual::Mesh* mesh = findMesh()) static_cast<void>(mesh->getBox());
+}
+
 void MeshObject::updateWorldBox() {
     if (!worldBoxDirty) return;
     if (!bvhBuilt) {

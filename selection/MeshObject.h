@@ -21,6 +21,9 @@ public:
     /// A SensitiveMesh for the mesh that a mesh visual shows or paint is on, none for one whose
     /// record nobody keeps, and none for any other visual; what was built before goes.
     void buildBVH();
+    /// Fills what buildBVH reads and visuals may share. After it buildBVH may run on another thread
+    /// while this one waits.
+    void prepareBuild();
     void updateWorldBox() override;
 
     /// Throws std::overflow_error, "0-length vector cannot be normalized.", for a direction that

@@ -3,6 +3,7 @@
 #include "selection/Box.h"
 #include "selection/KeepFlagged.h"
 #include "selection/PointCloudObject.h"
+#include "selection/Workers.h"
 #include "view/Camera.h"
 #include "visual/geometry/PointCloudVisual.h"
 
@@ -37,11 +38,6 @@ ScreenRay RayAt(float x, float y) {
     visual::gCamera->cameraToViewportRay(x, y, origin, direction);
     const Vec3 start(origin.x, origin.y, origin.z);
     return {start, start + farAway * Vec3(direction.x, direction.y, direction.z)};
-}
-
-unsigned ThreadCount() {
-    const unsigned count = std::thread::hardware_concurrency();
-    return count == 0 ? 4 : count;
 }
 
 /// Above 0 on the plane's positive side.

@@ -8,10 +8,15 @@
 
 #include <BRep_Tool.hxx>
 #include <gp_Pnt.hxx>
+#include <Poly_Triangulation.hxx>
+#include <Standard_OutOfRange.hxx>
 #include <TopLoc_Location.hxx>
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <memory>
+#include <vector>
 
 namespace vrn::selection {
 
@@ -22,6 +27,18 @@ using Triangle = rob::TriangleTemplate<float>;
 
 bool IsFinite(const Pos& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
+
+/// The numbers of a triangle's nodes, in the order in which they are stored.
+std::array<int, 3> CornersOf(const Poly_Triangulation& triangulation, int triangle) {
+    std::array<int, 3> corners{};
+    triangulation.Triangle(triangle).Get(corners[0], corners[1], corners[2]);
+    return corners;
+}
+
+Pos NodeOf(const Poly_Triangulation& triangulation, int number) {
+    const gp_Pnt p = triangulation.Node(number);
+    return Pos(rob::PosTemplate<double>(p.X(), p.Y(), p.Z()));
 }
 
 template <class Query>
@@ -52,17 +69,26 @@ SensitiveFace::SensitiveFace(const TopoDS_Face& sensitiveFace, int number)
 }
 
 void SensitiveFace::addTriangles() {
+    // Each node once: several triangles share it.
+    std::vector<Pos> nodes;
+    nodes.reserve(static_cast<std::size_t>(triangulation->NbNodes()));
+    for (int i = 1; i <= triangulation->NbNodes(); ++i) nodes.push_back(NodeOf(*triangulation, i));
     primitives.reserve(static_cast<std::size_t>(triangulation->NbTriangles()));
     for (int i = 1; i <= triangulation->NbTriangles(); ++i) {
-        auto triangle = std::make_unique<SensitiveIndexedTriangle>(static_cast<std::uint32_t>(i));
-        const Triangle vertices = getTriangleVertices(triangle.get());
+        visual::Box bounds;
+        bool isSound = true;
+        for (const int corner : CornersOf(*triangulation, i)) {
+            if (corner < 1 || corner > triangulation->NbNodes())
+                throw Standard_OutOfRange("NCollection_AliasedArray::value(), out of range index");
+            const Pos& node = nodes[static_cast<std::size_t>(corner) - 1];
+            isSound = isSound && IsFinite(node);
+            bounds.addPoint(node);
+        }
         // A broken tessellation must not poison the bounds of the rest.
-        if (!IsFinite(vertices.p0) || !IsFinite(vertices.p1) || !IsFinite(vertices.p2)) continue;
-        triangle->box.addPoint(vertices.p0);
-        triangle->box.addPoint(vertices.p1);
-        triangle->box.addPoint(vertices.p2);
-        triangle->box.expand();
-        triangle->box.updateCenter();
+        if (!isSound) continue;
+        auto triangle = std::make_unique<SensitiveIndexedTriangle>(static_cast<std::uint32_t>(i));
+        bounds.expand();
+        triangle->box = bounds;
         primitives.push_back(triangle.release());
     }
 }
@@ -76,13 +102,9 @@ Result SensitiveFace::intersect(const rob::LineTemplate<float>& line) { return A
 Triangle SensitiveFace::getTriangleVertices(SensitiveTriangle* triangle) const {
     const auto number =
         static_cast<int>(static_cast<const SensitiveIndexedTriangle*>(triangle)->index);
-    int first = 0, second = 0, third = 0;
-    triangulation->Triangle(number).Get(first, second, third);
-    const auto node = [this](int i) {
-        const gp_Pnt p = triangulation->Node(i);
-        return Pos(rob::PosTemplate<double>(p.X(), p.Y(), p.Z()));
-    };
-    return {node(third), node(second), node(first)};
+    const auto [first, second, third] = CornersOf(*triangulation, number);
+    return {NodeOf(*triangulation, third), NodeOf(*triangulation, second),
+            NodeOf(*triangulation, first)};
 }
 
 }  // namespace vrn::selection

@@ -42,6 +42,8 @@ void ShapeObject::buildBVH() {
     buildTree();
 }
 
+void ShapeObject::prepareBuild() { static_cast<void>(solid->getFaceMap()); }
+
 void ShapeObject::updateWorldBox() {
     updateLazily([this] { buildBVH(); });
 }

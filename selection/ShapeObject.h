@@ -21,6 +21,9 @@ public:
     /// what was built before goes. Throws Standard_TypeMismatch, "TopoDS::Face", for an entry of
     /// the face map that is no face.
     void buildBVH();
+    /// Fills what buildBVH reads and visuals may share. After it buildBVH may run on another thread
+    /// while this one waits.
+    void prepareBuild();
     void updateWorldBox() override;
     /// The visual's name.
     [[nodiscard]] std::string getName() const override;

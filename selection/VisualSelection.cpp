@@ -12,6 +12,7 @@
 #include "selection/PointObject.h"
 #include "selection/Ray.h"
 #include "selection/ShapeObject.h"
+#include "selection/Workers.h"
 #include "suite/broker/SignalBroker.h"
 #include "view/Camera.h"
 #include "visual/geometry/CurveVisual.h"
@@ -25,6 +26,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 
@@ -111,6 +114,29 @@ bool LiesBehind(const SelectableObject& object, const visual::Ray& ray, float di
     const float size = std::abs(ray.origin.x) + std::abs(ray.origin.y) + std::abs(ray.origin.z);
     const float entry = EntryInto(object.box, ray);
     return entry - slack * (size + entry) > distance;
+}
+
+template <class Object>
+std::function<void()> BuildOf(SelectableObject* object) {
+    auto* own = static_cast<Object*>(object);
+    own->prepareBuild();
+    return [own] {
+        own->buildBVH();
+        own->bvhBuilt = true;
+    };
+}
+
+/// Builds what solids and meshes need in their own frames, most of the work of a first update, on
+/// all processors. The others look at the camera and at the engine, which belong to this thread.
+void BuildAhead(const PrimitiveContainer& container) {
+    std::vector<std::function<void()>> builds;
+    for (BVHPrimitive* primitive : container.primitives) {
+        SelectableObject* object = AsObject(primitive);
+        if (object->bvhBuilt || !object->worldBoxDirty) continue;
+        if (object->kind == ObjectKind::Shape) builds.push_back(BuildOf<ShapeObject>(object));
+        if (object->kind == ObjectKind::Mesh) builds.push_back(BuildOf<MeshObject>(object));
+    }
+    ShareOut(builds.size(), [&builds](std::size_t i) { builds[i](); });
 }
 
 /// Where the line of a ray meets the plane through the origin that the vertical stands on.
@@ -278,6 +304,7 @@ void VisualSelection::markDirty(visual::Visual* visual) {
 }
 
 void VisualSelection::updateWorldBoxes() {
+    BuildAhead(containers[0]);
     for (PrimitiveContainer& container : containers)
         for (BVHPrimitive* primitive : container.primitives) AsObject(primitive)->updateWorldBox();
 }

@@ -138,6 +138,17 @@ TEST(SensitiveFaces, ATriangleWithANodeThatIsNoNumberIsAbsentAndTheRestWorks) {
     }
 }
 
+TEST(SensitiveFaces, ATriangleThatNamesANodeBeyondIsRefused) {
+    for (const int corner : {0, 4}) {
+        SCOPED_TRACE(corner);
+        const Handle(Poly_Triangulation) mesh = new Poly_Triangulation(3, 1, false);
+        mesh->SetTriangle(1, Poly_Triangle(1, 2, corner));
+        TopoDS_Face face;
+        BRep_Builder().MakeFace(face, mesh);
+        EXPECT_THROW(SensitiveFace(face, 1), Standard_OutOfRange);
+    }
+}
+
 TEST(SensitiveFaces, ALocationIsAppliedToTheBoxAndToHits) {
     gp_Trsf move;
     move.SetRotation(gp_Ax1(gp_Pnt(0, 0, 0), gp_Dir(0, 0, 1)), std::acos(-1.0) / 2);

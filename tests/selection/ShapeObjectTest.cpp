@@ -7,6 +7,8 @@
 #include <stdexcept>
 
 #include <gmock/gmock.h>
+#include <Poly_Triangulation.hxx>
+#include <Standard_OutOfRange.hxx>
 #include <TopoDS.hxx>
 
 #include "mesh/NoTriangleMesh.h"
@@ -268,6 +270,22 @@ TEST_F(ShapeObjects, OnlyWhatIsRegisteredCanChangeItsFaces) {
 TEST_F(ShapeObjects, NullIsRefused) {
     EXPECT_THROW(registry().addShape(MeshedBox(), nullptr, true), std::invalid_argument);
     EXPECT_THROW(registry().addCurveVisual(MeshedBox(), nullptr, true), std::invalid_argument);
+}
+
+// Both are built at the same update, side by side where the machine can.
+TEST_F(ShapeObjects, ABrokenTriangulationEndsTheUpdateWithTheMarkSetAndTheOthersAreThereAfterIt) {
+    SolidVisual* broken = show(MeshedBox());
+    SolidVisual* sound = show(MeshedBox());
+    const auto nodes = TriangulationOf(broken->getFace(1));
+    int first = 0, second = 0, third = 0;
+    nodes->Triangle(1).Get(first, second, third);
+    nodes->SetTriangle(1, Poly_Triangle(first, second, nodes->NbNodes() + 1));
+    EXPECT_THROW(registry().update(), Standard_OutOfRange);
+    EXPECT_TRUE(registry().dirty);
+    nodes->SetTriangle(1, Poly_Triangle(first, second, third));
+    registry().update();
+    EXPECT_FALSE(registry().dirty);
+    for (SolidVisual* solid : {broken, sound}) EXPECT_EQ(objectOf(solid)->primitives.size(), 6u);
 }
 
 }  // namespace vrn::test
