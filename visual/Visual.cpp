@@ -354,6 +354,12 @@ void Visual::setPose(const Pose& pose) {
     markDirty();
 }
 
+void Visual::placeNew(const Pose& pose) {
+    checkMovable(IsFinite(pose));
+    node->setPosition(ToOgre(pose.position));
+    node->setOrientation(ToOgre(pose.rotation));
+}
+
 Pose Visual::getPose() const { return {getPosition(), FromOgre(node->getOrientation())}; }
 
 void Visual::setWorldPose(const Pose& pose) {

@@ -168,6 +168,10 @@ protected:
     /// to children drops them here. Nothing in the base.
     virtual void forgetChild(const Visual* child);
 
+    /// setPose for a visual under construction: nothing is picked yet, or hangs below, that would
+    /// have to learn of it.
+    void placeNew(const rob::PoseTemplate<float>& pose);
+
 private:
     void bind();
     void leaveParent();

@@ -38,7 +38,8 @@ SdfNode::SdfNode(ObjectType type, std::string_view objectName, std::string_view 
 SdfNode::~SdfNode() { SdfManager::inst()->remove(*this); }
 
 rob::PoseTemplate<double> SdfNode::getPose() const {
-    return element->get("pose") ? element->asPose("pose") : rob::PoseTemplate<double>{};
+    const auto pose = element->get("pose");
+    return pose ? pose->asPose("") : rob::PoseTemplate<double>{};
 }
 
 void SdfNode::setPose(const rob::PoseTemplate<double>& pose) { element->set("pose", pose); }

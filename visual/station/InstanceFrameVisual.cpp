@@ -56,7 +56,7 @@ InstanceFrameVisual::InstanceFrameVisual(Visual* parent, std::uint32_t idIn, con
       instanceMaterial(std::move(instanceMaterialName)),
       frameSize(FrameSizeOfType(frameType)) {
     // First: the instance is placed in the world as soon as it is there, and then once is enough.
-    if (pose) setPose(*pose);
+    if (pose) placeNew(*pose);
     init(frameType);
 }
 
