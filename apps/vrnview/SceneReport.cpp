@@ -143,7 +143,7 @@ VisualReport TreeOf(const visual::Visual& visual) {
     report.type = static_cast<std::int32_t>(visual.type);
     report.name = visual.getName();
     for (const visual::Visual* child : visual.getChildren())
-        report.children.push_back(TreeOf(*child));
+        if (child->type != VisualType::Helper) report.children.push_back(TreeOf(*child));
     return report;
 }
 

@@ -58,7 +58,8 @@ inline constexpr float maxCoordinate = 1e15f;
 /// clouds, the corners of the world boxes of what else carries geometry. Takes the poses as they
 /// are now. Thread: render.
 [[nodiscard]] std::vector<rob::PosTemplate<double>> OutlineOf(const visual::Visual& visual);
-/// Thread: render.
+/// Without helpers, the handles and what a dialog shows while it picks: the library keeps its own
+/// hidden in every scene, and none belongs to what was opened. Thread: render.
 [[nodiscard]] VisualReport TreeOf(const visual::Visual& visual);
 
 }  // namespace vrn::host

@@ -76,6 +76,14 @@ TEST_F(Info, JsonTreeHasThePartAndItsMesh) {
     EXPECT_TRUE(mesh["children"].empty());
 }
 
+TEST_F(Info, TreeHasNoHelpers) {
+    const ProcessResult info =
+        vrnview({"info", boxFile("box.stl", {0, 0, 0}, {1, 1, 1}), "--json"});
+    const json visuals = json::parse(info.out)["visuals"];
+    EXPECT_EQ(Find(visuals, 19), nullptr);
+    EXPECT_NE(Find(visuals, 20), nullptr) << "the frame of the world is no helper";
+}
+
 TEST_F(Info, BoundsAreThoseOfAllInputs) {
     const ProcessResult info = vrnview({"info", boxFile("a.stl", {0, 0, 0}, {1, 1, 1}),
                                         boxFile("b.STL", {-5, 2, 0}, {0, 3, 7}), "--json"});
