@@ -460,8 +460,9 @@ void ShowDirections(TourStage& stage) {
     const SolidVisual* stand = SolidOf(stage, "stand");
     TheScene().showUVIndicatorVisual(TheScene().GetBodyFaceInWorld(stand->id, tableTop));
     TourStage::settle();
-    const PosD at(FindIndicator()->getWorldPosition());
-    stage.lookFrom({at + rob::Vec3Template<double>{60, -110, 90}, at});
+    // Both arrows and their letters.
+    const PosD at = PosD(FindIndicator()->getWorldPosition()) + rob::Vec3Template<double>{40, 0, 0};
+    stage.lookFrom({at + rob::Vec3Template<double>{110, -220, 180}, at});
     stage.afterwards([] { TheScene().deleteUVIndicatorVisual(); });
 }
 
