@@ -153,7 +153,7 @@ public:
           Arena& nodeArena)
         : primitives(allPrimitives), order(range), arena(nodeArena) {
         items.reserve(order.size());
-        for (const unsigned int index : order) items.push_back(ItemOf(*primitives[index]));
+        for (const unsigned int index : order) items.push_back(ItemOf(*primitives.at(index)));
     }
 
     [[nodiscard]] BVHNode* makeRoot() {
@@ -311,7 +311,6 @@ BVHNode* BVHBuilder::buildNodes(unsigned first, unsigned last, Arena* arena) {
     if (first > last || last > order.size())
         throw std::out_of_range("the range of primitives does not lie in the order");
     const auto range = std::span(order).subspan(first, last - first);
-    for (const unsigned int index : range) (void)container->primitives.at(index);
     return Build(container->primitives, range, *arena).makeRoot();
 }
 

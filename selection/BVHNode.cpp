@@ -14,18 +14,10 @@ bool BVHNode::intersect(const rob::LineTemplate<float>& line) const { return box
 
 bool BVHNode::intersect(const visual::Box& other) const { return box.intersect(other); }
 
-BVHInnerNode::BVHInnerNode(BVHNode* leftChild, BVHNode* rightChild, unsigned splitAxis)
-    : BVHNode(Type::Inner), axis(splitAxis), left(leftChild), right(rightChild) {
-    box.addBox(left->box);
-    box.addBox(right->box);
-}
-
 void BVHInnerNode::collectPrimitives(std::vector<BVHPrimitive*>& found) {
     left->collectPrimitives(found);
     right->collectPrimitives(found);
 }
-
-BVHLeaf::BVHLeaf(unsigned primitiveCount) : BVHNode(Type::Leaf), count(primitiveCount) {}
 
 void BVHLeaf::collectPrimitives(std::vector<BVHPrimitive*>& found) {
     found.insert(found.end(), primitives.begin(), primitives.begin() + count);

@@ -41,7 +41,11 @@ protected:
 class VRN_VISUAL_API BVHInnerNode final : public BVHNode {
 public:
     /// `splitAxis`: 0 x, 1 y, 2 z. The children must not be null.
-    BVHInnerNode(BVHNode* leftChild, BVHNode* rightChild, unsigned splitAxis);
+    BVHInnerNode(BVHNode* leftChild, BVHNode* rightChild, unsigned splitAxis)
+        : BVHNode(Type::Inner), axis(splitAxis), left(leftChild), right(rightChild) {
+        box.addBox(left->box);
+        box.addBox(right->box);
+    }
     void collectPrimitives(std::vector<BVHPrimitive*>& found) override;
 
     std::uint32_t axis;  ///< first, since there is room for it behind the box
@@ -54,7 +58,7 @@ public:
     static constexpr unsigned maxCount = 4;
 
     /// `primitiveCount`: 1 to 4; the builder fills `primitives` and `box`.
-    explicit BVHLeaf(unsigned primitiveCount);
+    explicit BVHLeaf(unsigned primitiveCount) : BVHNode(Type::Leaf), count(primitiveCount) {}
     void collectPrimitives(std::vector<BVHPrimitive*>& found) override;
 
     std::uint32_t count;  ///< first, since there is room for it behind the box

@@ -24,35 +24,39 @@ public:
         return reinterpret_cast<Chunk*>(reinterpret_cast<std::uintptr_t>(triangle) & ~(size - 1));
     }
     /// Null when full.
-    void* take(std::size_t bytes) {
-        if (used + bytes > size) return nullptr;
-        void* memory = reinterpret_cast<std::byte*>(this) + used;
-        used += bytes;
-        users.fetch_add(1, std::memory_order_relaxed);
-        return memory;
+    void* take() {
+        if (taken == capacity) return nullptr;
+        return reinterpret_cast<std::byte*>(this) + head + slot * taken++;
     }
-    void release() {
-        if (users.fetch_sub(1, std::memory_order_acq_rel) == 1) std::free(this);
+    void release(std::uint32_t places = 1) {
+        if (users.fetch_sub(places, std::memory_order_acq_rel) == places) std::free(this);
     }
+    /// By the thread that fills the chunk, when it takes no more.
+    void close() { release(1 + capacity - taken); }
 
 private:
-    std::size_t used = 64;
-    std::atomic<std::uint32_t> users = 1;  ///< triangles, and the thread that fills the chunk
+    static constexpr std::size_t head = 64, slot = sizeof(SensitiveIndexedTriangle);
+    static constexpr std::uint32_t capacity = (size - head) / slot;
+
+    std::uint32_t taken = 0;
+    /// Triangles, and the thread that fills the chunk. Those to come count from the beginning on:
+    /// taking is then the business of that thread alone.
+    std::atomic<std::uint32_t> users = 1 + capacity;
 };
 
-struct Release {
-    void operator()(Chunk* chunk) const { chunk->release(); }
+struct Close {
+    void operator()(Chunk* chunk) const { chunk->close(); }
 };
 
-thread_local std::unique_ptr<Chunk, Release> filling;
+thread_local std::unique_ptr<Chunk, Close> filling;
 
 }  // namespace
 
-void* SensitiveIndexedTriangle::operator new(std::size_t bytes) {
+void* SensitiveIndexedTriangle::operator new(std::size_t /*bytes*/) {
     if (filling)
-        if (void* memory = filling->take(bytes)) return memory;
+        if (void* memory = filling->take()) return memory;
     filling.reset(Chunk::open());
-    return filling->take(bytes);
+    return filling->take();
 }
 
 void SensitiveIndexedTriangle::operator delete(void* triangle) {

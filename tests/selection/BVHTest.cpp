@@ -244,6 +244,24 @@ TEST_F(Bvh, TheBuilderMakesTheTreeOfALiteralReadingOfItsRules) {
     }
 }
 
+// So far out that a plane between two places falls on one of them: all lie on one side of it.
+TEST_F(Bvh, TheTreeIsTheLiteralOneAlsoWherePlanesAreRoundedAndCentroidsAreNoNumbers) {
+    std::mt19937 random(21);
+    for (int round = 0; round < 300; ++round) {
+        PrimitiveContainer some;
+        const int count = std::uniform_int_distribution<int>(5, 40)(random);
+        for (int i = 0; i < count; ++i) {
+            const auto place = [&] { return 1e9f + 64.0f * static_cast<float>(random() % 3); };
+            const float x = random() % 10 == 0 ? std::numeric_limits<float>::quiet_NaN() : place();
+            const float y = place();
+            some.primitives.push_back(new Probe(Box(x, y, 0, x, y, 0)));
+        }
+        const auto literal = LiteralBuilder(some).build();
+        some.tree = BVHBuilder(&some).build();
+        ASSERT_NO_FATAL_FAILURE(ExpectSameTree(some.tree.root, literal.get())) << round;
+    }
+}
+
 TEST_F(Bvh, AThousandPrimitivesAtOnePlaceMakeABalancedTree) {
     for (int i = 0; i < 1024; ++i) add(1e6f, -1e6f, 0);
     build();
