@@ -95,6 +95,12 @@ TEST_F(DragHandleTest, InitRegistersItWithPriorityAndNotToBePicked) {
     }
 }
 
+TEST_F(DragHandleTest, BuiltAnewItIsNotPickedUntilItIsEnabled) {
+    VisualSelection::Get()->setCompoundObjectEnabled(handle, true);
+    DragHandle::Build();
+    for (MeshVisual* part : mains()) EXPECT_FALSE(VisualSelection::Get()->getObject(part)->enabled);
+}
+
 TEST_F(DragHandleTest, TheNamesAndColoursAreThoseOfTheHostsVocabulary) {
     EXPECT_EQ(DragHandle::MATERIAL_AXIS, "Axis");
     const std::vector<std::pair<MeshVisual*, std::string>> meshes{
@@ -164,8 +170,9 @@ TEST_F(DragHandleTest, TheRollRingHasAColourOfItsOwnWhileItIsEngaged) {
 }
 
 TEST_F(DragHandleTest, WhatIsNeitherArrowNorRingEngagesNothing) {
-    for (const Visual* other : {static_cast<const Visual*>(scene().root),
-                                static_cast<const Visual*>(handle->assistYaw)}) {
+    std::vector<const Visual*> others{scene().root, nullptr};
+    for (const MeshVisual* assist : assists()) others.push_back(assist);
+    for (const Visual* other : others) {
         handle->setMode(Type::X);
         handle->setMode(other);
         EXPECT_EQ(handle->getMode(), 0);

@@ -295,6 +295,8 @@ TEST_F(MeasuresTest, TheIndicatorIsHiddenShownAgainAndDeleted) {
 TEST_F(MeasuresTest, AFaceWithoutASurfaceOrDirectionsIsRefusedInTheTask) {
     scene().showUVIndicatorVisual(TopoDS_Face());
     EXPECT_THROW(Drain(), std::invalid_argument);
+    ASSERT_EQ(addedOf<UVIndicatorVisual>().size(), 1u);
+    EXPECT_FALSE(addedOf<UVIndicatorVisual>().front()->visible) << "it has no place to stand at";
     TColgp_Array2OfPnt poles(1, 2, 1, 2);  // all at one point
     poles.Init(gp_Pnt(1, 1, 1));
     poles.SetValue(2, 2, gp_Pnt(1, 2, 1));

@@ -4,6 +4,7 @@
 #include <OgreEntity.h>
 #include <OgreSceneNode.h>
 #include <OgreSubEntity.h>
+#include <BRep_Builder.hxx>
 #include <BRepBuilderAPI_MakePolygon.hxx>
 #include <gp_Pnt.hxx>
 #include <TopExp_Explorer.hxx>
@@ -101,6 +102,17 @@ TEST_F(PreviewsTest, AWireIsItsEdgesInTheirOrderWithARunningNumber) {
     }
 }
 
+TEST_F(PreviewsTest, AWireWithAGapIsShownWhole) {
+    const BRep_Builder builder;
+    TopoDS_Wire wire;
+    builder.MakeWire(wire);
+    builder.Add(wire, LineEdge({0, 0, 0}, {1, 0, 0}));
+    builder.Add(wire, LineEdge({5, 0, 0}, {6, 0, 0}));
+    scene().previewWire(wire, {});
+    pump();
+    EXPECT_EQ(addedOf<EdgeVisual>().size(), 2u);
+}
+
 TEST_F(PreviewsTest, SeveralWiresAndEdgesAreShownWithAll) {
     std::vector<TopoDS_Wire> wires{FirstWire(MeshedBox()), FirstWire(MeshedBox(20, 20, 20))};
     std::vector<TopoDS_Edge> edges{LineEdge({0, 0, 0}, {1, 0, 0}), LineEdge({0, 0, 0}, {0, 1, 0})};
@@ -168,6 +180,17 @@ TEST_F(PreviewsTest, TheFurtherNumberIsTheArrowsPlaceInTheSequence) {
     ASSERT_NE(curves[0]->getArrow(), nullptr);
     EXPECT_EQ(curves[0]->getArrow()->getPosition(), (Pos{10, 20, 0}));
     EXPECT_EQ(curves[1]->getArrow(), nullptr);  // it has no third point
+}
+
+TEST_F(PreviewsTest, AnotherArrowTakesThePlaceOfTheOneBefore) {
+    Visual* part = showCarrier();
+    geometry::PointList list = TwoSequences();
+    scene().addPreviewCurvesWithDirection(part->id, &list, {0, 0, 2});
+    pump();
+    PreviewCurve* curve = addedOf<PreviewCurve>().front();
+    curve->addArrow({1, 2, 3}, {1, 0, 0});
+    EXPECT_THAT(curve->getChildren(), testing::ElementsAre(curve->getArrow()));
+    EXPECT_EQ(curve->getArrow()->getPosition(), (Pos{1, 2, 3}));
 }
 
 TEST_F(PreviewsTest, ADirectionWithoutLengthIsSkipped) {
@@ -393,12 +416,14 @@ TEST_F(PreviewsTest, ACopyOfTheSameIdMovesAndIsMadeOnce) {
     pump();
     ASSERT_EQ(added().size(), 1u);
     Visual* copy = added()[0];
+    const std::string name = copy->getName();  // another copy's ends in another number
     scene().hideCopiedVisual();
     pump();
     EXPECT_FALSE(copy->visible);
     scene().showCopiedVisual(part->id, {{0, 0, 200}, {}});
     pump();
-    EXPECT_EQ(added(), std::vector{copy});
+    ASSERT_EQ(added(), std::vector{copy});
+    EXPECT_EQ(copy->getName(), name);
     EXPECT_TRUE(copy->visible);
     EXPECT_EQ(copy->getWorldPosition(), (Pos{0, 0, 200}));
     EXPECT_EQ(part->getWorldPosition(), (Pos{1000, 0, 0}));

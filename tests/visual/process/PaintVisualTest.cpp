@@ -140,6 +140,8 @@ TEST_F(PaintTest, PaintIsAChildOfItsTargetInvisibleUntilSprayed) {
     EXPECT_EQ(paint->getSprayRefsCount(), 1u);
     EXPECT_EQ(paint->material, "Spray");
     EXPECT_TRUE(paint->hasAttachedObject("paint-grid_paint"));
+    EXPECT_EQ(paint->node->getAttachedObject(0)->getRenderQueueGroup(), 52)
+        << "after the surfaces, also selected ones";
     EXPECT_EQ(scene().visuals.at(paint->id), paint);
     const auto* object = VisualSelection::Get()->getObject(paintOn(target));
     EXPECT_FALSE(object->detectable);
@@ -494,6 +496,13 @@ TEST_F(SprayTest, IsABodyWithTheModelsIdPoseAndLengths) {
     EXPECT_FALSE(object->detectable);
     EXPECT_NEAR(object->box.max.z, 103, 2);
     EXPECT_NEAR(object->box.max.x, 31, 2);
+}
+
+TEST_F(SprayTest, TheNearDiameterIsAtItsOrigin) {
+    const auto* shown = showSpray({}, makeSpray(/*near=*/120, /*height=*/100, /*far=*/60));
+    const auto& box = VisualSelection::Get()->getObject(scene().visuals.at(shown->id))->box;
+    EXPECT_NEAR(box.max.x, 60, 2);
+    EXPECT_NEAR(box.max.z, 100, 2);
 }
 
 TEST_F(SprayTest, TakesItsColourFromItsThirdProperty) {
