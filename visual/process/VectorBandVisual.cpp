@@ -92,7 +92,7 @@ void VectorBandVisual::drawMfgShape(const EdgeMfgShape& shape) {
     for (const MfgVectors& vectors : used)
         for (const MfgVector& vector : vectors.vectors)
             bandVectors.push_back(new BandVectorVisual(this, vectors.edge, vector));
-    if (!used.empty()) drawStartArrow(used.front());
+    used.empty() ? deleteStartArrow() : drawStartArrow(used.front());
 }
 
 void VectorBandVisual::drawStartArrow(const MfgVectors& first) {

@@ -6,7 +6,9 @@
 #include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
 #include <BRepBuilderAPI_MakeEdge.hxx>
+#include <Geom_BezierCurve.hxx>
 #include <gp_Pnt.hxx>
+#include <TColgp_Array1OfPnt.hxx>
 #include <TopoDS_Edge.hxx>
 
 #include <stdexcept>
@@ -370,12 +372,35 @@ TEST_F(VectorBandVisualTest, AToolAlongTheEdgeAtItsVeryStartLeavesTheBandUsable)
     EXPECT_FALSE(VerticesOf(band->getBand()).empty());
 }
 
+TEST_F(VectorBandVisualTest, AFirstEdgeWithoutADirectionThrowsOnceRibbonAndVectorsAreThere) {
+    TColgp_Array1OfPnt poles(1, 3);  // the first two at one point
+    poles.Init(gp_Pnt(0, 0, 0));
+    poles.SetValue(3, gp_Pnt(100, 0, 0));
+    const opencascade::handle<Geom_BezierCurve> curve = new Geom_BezierCurve(poles);
+    EdgeMfgShape shape;
+    shape.addEdge({BRepBuilderAPI_MakeEdge(curve), {}});  // without vectors it has no ribbon
+    shape.addEdge(Stretch(100, {0, 0, 1}, {0, 0, 1}));
+    VectorBandVisual* band = show(TwoEdges());
+    band->setSelected();
+    EXPECT_THAT([&] { band->updateBand(shape); }, ThrowsMessage<std::overflow_error>(noLength));
+    EXPECT_FALSE(VerticesOf(band->getBand()).empty());
+    EXPECT_EQ(ColourOf(band->getBand()), Ogre::Vector4(0.34509805f, 0.9882353f, 0.99215686f, 0.5f));
+    EXPECT_EQ(band->getVectors().size(), 2u);
+    EXPECT_EQ(band->getStartArrow(), nullptr);
+    frame();
+}
+
 TEST_F(VectorBandVisualTest, AShapeWithoutEdgesIsAnEmptyBand) {
     VectorBandVisual* band = show(EdgeMfgShape());
     EXPECT_TRUE(band->getBand()->getSections().empty());
     EXPECT_EQ(band->getStartArrow(), nullptr);
     band->setSelected();
     frame();
+    band->updateBand(OneEdge());
+    ASSERT_NE(band->getStartArrow(), nullptr);
+    band->updateBand(EdgeMfgShape());
+    EXPECT_EQ(band->getStartArrow(), nullptr);
+    EXPECT_EQ(carrier->getChildren(), std::vector<Visual*>{band});
 }
 
 TEST_F(VectorBandVisualTest, AVectorOnAnEdgeWithoutACurveIsRefused) {
