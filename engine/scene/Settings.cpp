@@ -4,6 +4,7 @@
 #include <OgreIteratorWrapper.h>
 
 #include <OgreCamera.h>
+#include <OgreInstanceBatch.h>
 #include <OgreInstanceManager.h>
 
 #include "engine/Scene.h"
@@ -42,6 +43,24 @@ void SetFrameSize(Visual* visual, unsigned size) {
         wobj->getUserFrame()->setFrameSize(size);
         wobj->getObjectFrame()->setFrameSize(size);
     }
+}
+
+// Whether a batch frees the vertices and indices that it draws when it goes.
+struct BatchBuffers : Ogre::InstanceBatch {
+    static constexpr auto ownsVertices() { return &BatchBuffers::mRemoveOwnVertexData; }
+    static constexpr auto ownsIndices() { return &BatchBuffers::mRemoveOwnIndexData; }
+};
+
+// A manager copies all further batches from what its very first one draws, also when that one is
+// gone: it must be left behind. That happens once, and costs a mesh and the places of one batch.
+void KeepPattern(const Ogre::InstanceManager& manager) {
+    const std::string first = manager.getName() + "/InstanceBatch_0";
+    for (auto materials = manager.getInstanceBatchMapIterator(); materials.hasMoreElements();)
+        for (Ogre::InstanceBatch* batch : materials.getNext()) {
+            if (batch->getName() != first || !batch->isBatchUnused()) continue;
+            batch->*BatchBuffers::ownsVertices() = false;
+            batch->*BatchBuffers::ownsIndices() = false;
+        }
 }
 
 }  // namespace
@@ -127,7 +146,10 @@ void Scene::setDrawTargetZAxisOnly(bool on) {
 
 void Scene::cleanupInstanceBatches() {
     post([this] {
-        for (const auto& [key, manager] : instanceManagers) manager->cleanupEmptyBatches();
+        for (const auto& [key, manager] : instanceManagers) {
+            KeepPattern(*manager);
+            manager->cleanupEmptyBatches();
+        }
     });
 }
 

@@ -2,10 +2,20 @@
 
 #include <gmock/gmock.h>
 
+// The instance manager uses what this declares without including it.
+#include <OgreIteratorWrapper.h>
+
 #include <OgreException.h>
+#include <OgreHardwareVertexBuffer.h>
 #include <OgreInstanceBatch.h>
 #include <OgreInstancedEntity.h>
+#include <OgreInstanceManager.h>
+#include <OgreRenderOperation.h>
+#include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
+#include <OgreVertexIndexData.h>
+
+#include <memory>
 
 #include "selection/SelectableObject.h"
 #include "selection/SensitiveLine.h"
@@ -305,6 +315,77 @@ TEST_F(InstanceFrames, EmptyBatchesStayUntilTheyAreCleanedUp) {
     pump();
     EXPECT_NO_THROW(addTarget(4));
     EXPECT_NO_THROW(frame());
+}
+
+class CleanedUpBatches : public InstanceFrames {
+protected:
+    using Places = std::weak_ptr<Ogre::HardwareVertexBuffer>;
+
+    void SetUp() override {
+        InstanceFrames::SetUp();
+        static int count = 0;
+        // Its first batch must not have been made yet. The scene manager keeps it.
+        manager = scene().sceneManager->createInstanceManager(
+            "CleanedUpBatches" + std::to_string(count++), "VRN_FrameMesh", Ogre::RGN_DEFAULT,
+            Ogre::InstanceManager::HWInstancingBasic, 10, Ogre::IM_USEALL);
+        scene().instanceManagers["tested"] = manager;
+    }
+    void TearDown() override {
+        scene().instanceManagers.erase("tested");
+        InstanceFrames::TearDown();
+    }
+
+    static Ogre::RenderOperation drawnBy(const Ogre::InstancedEntity* instance) {
+        Ogre::RenderOperation drawn;
+        instance->_getOwner()->getRenderOperation(drawn);
+        return drawn;
+    }
+    /// What the batch of an instance has for itself: where its instances stand.
+    static Places placesOf(const Ogre::InstancedEntity* instance) {
+        const auto& binding = *drawnBy(instance).vertexData->vertexBufferBinding;
+        return binding.getBuffer(static_cast<std::uint16_t>(binding.getLastBoundIndex() - 1));
+    }
+    void removeAndCleanUp(Ogre::InstancedEntity* instance) {
+        instance->_getOwner()->removeInstancedEntity(instance);
+        scene().cleanupInstanceBatches();
+        pump();
+    }
+
+    Ogre::InstanceManager* manager = nullptr;
+};
+
+TEST_F(CleanedUpBatches, WhatTheManagerCopiesLaterOnesFromStays) {
+    auto* first = manager->createInstancedEntity(normalLook);
+    const Places copied = placesOf(first);
+    const std::size_t indexCount = drawnBy(first).indexData->indexCount;
+    removeAndCleanUp(first);
+    EXPECT_FALSE(manager->getInstanceBatchIterator(normalLook).hasMoreElements());
+    ASSERT_FALSE(copied.expired());
+    auto* next = manager->createInstancedEntity(normalLook);
+    EXPECT_EQ(drawnBy(next).indexData->indexCount, indexCount);
+    removeAndCleanUp(next);
+}
+
+TEST_F(CleanedUpBatches, AllButTheFirstGoWithWhatTheyHave) {
+    removeAndCleanUp(manager->createInstancedEntity(normalLook));
+    for (int i = 0; i < 2; ++i) {
+        auto* later = manager->createInstancedEntity(normalLook);
+        const Places places = placesOf(later);
+        EXPECT_FALSE(places.expired());
+        removeAndCleanUp(later);
+        EXPECT_TRUE(places.expired());
+    }
+}
+
+TEST_F(InstanceFrames, WithANewSizeWhatHangsBelowStaysInTheSelection) {
+    auto* picking = selection::VisualSelection::Get();
+    Target *target = addTarget(1), *below = addTarget(2);
+    picking->addFrameVisual(target);
+    picking->addFrameVisual(below);
+    target->attachVisual(below);
+    target->setFrameSize(70);
+    EXPECT_TRUE(picking->hasVisual(below));
+    EXPECT_EQ(pickableCount(), 2u);
 }
 
 // --- the picture

@@ -117,7 +117,8 @@ void InstanceFrameVisual::scaleTo(float size) {
         if (look) look->setScale(ScaleOfSize(size), /*doUpdate=*/true);
     auto* picking = selection::VisualSelection::Get();
     if (!picking->hasVisual(this)) return;
-    picking->removeCompoundObject(this);
+    // The target alone: what hangs below it has the size that it had.
+    picking->removeObject(this);
     picking->addFrameVisual(this);
 }
 
