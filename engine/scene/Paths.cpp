@@ -37,12 +37,18 @@ MoveInstructionVisual* FindMoveVisual(const Scene& scene, std::uint32_t id) {
 }
 
 // Collected first: what is done to them may enter others in the registry.
-template <class VisualClass>
-std::vector<VisualClass*> AllOf(const Scene& scene) {
-    std::vector<VisualClass*> found;
+std::vector<const PathVisual*> AllPaths(const Scene& scene) {
+    std::vector<const PathVisual*> found;
     for (const auto& [id, visual] : scene.visuals)
-        if (auto* wanted = dynamic_cast<VisualClass*>(visual)) found.push_back(wanted);
+        if (const auto* path = dynamic_cast<const PathVisual*>(visual)) found.push_back(path);
     return found;
+}
+
+std::vector<std::uint32_t> MoveIds(const Scene& scene) {
+    std::vector<std::uint32_t> ids;
+    for (const auto& [id, visual] : scene.visuals)
+        if (dynamic_cast<const MoveInstructionVisual*>(visual)) ids.push_back(id);
+    return ids;
 }
 
 }  // namespace
@@ -155,7 +161,7 @@ void Scene::setDrawPathArrow(bool on) {
 }
 
 void Scene::doSetDrawPathArrow(bool on) {
-    for (const PathVisual* shown : AllOf<PathVisual>(*this)) {
+    for (const PathVisual* shown : AllPaths(*this)) {
         task::MoveInst* prev = nullptr;
         for (task::MoveInst* move : FindPath(shown->id).getMoveInstructions()) {
             MoveInstructionVisual* visual = FindMoveVisual(*this, move->id);
@@ -173,9 +179,13 @@ void Scene::doSetDrawPathArrow(bool on) {
 void Scene::setDrawTargetVisual(bool on) {
     settings.drawTargetVisual = on;
     post([this, on] {
-        // Off deletes even if the setting has changed again since, as with arrows.
-        for (MoveInstructionVisual* move : AllOf<MoveInstructionVisual>(*this))
+        // Looked up one by one: with a target goes what hangs below it, and that may be a move.
+        for (const std::uint32_t id : MoveIds(*this)) {
+            MoveInstructionVisual* move = FindMoveVisual(*this, id);
+            if (!move) continue;
+            // Off deletes even if the setting has changed again since, as with arrows.
             on ? move->drawTargetVisual() : move->removeTargetVisual();
+        }
     });
 }
 

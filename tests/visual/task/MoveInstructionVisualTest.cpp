@@ -106,6 +106,23 @@ TEST_F(Moves, TargetsAreShownOnlyWhileTheSceneDrawsThem) {
     EXPECT_EQ(instancesInUse(), 0u);
 }
 
+TEST_F(Moves, AMoveThatHangsBelowATargetGoesWithIt) {
+    std::vector<const task::MoveInst*> moves;
+    for (int i = 0; i < 4; ++i) moves.push_back(addLinear({10.0 * i, 0, 0}));
+    showPath();
+    scene().setDrawTargetVisual(true);
+    pump();
+    // Whichever the scene comes to first: each hangs below the target of the one before.
+    for (std::size_t i = 1; i < moves.size(); ++i)
+        visualOfMove(moves[i - 1])->getTargetVisual()->attachVisual(visualOfMove(moves[i]));
+    scene().setDrawTargetVisual(false);
+    EXPECT_NO_THROW(pump());
+    EXPECT_EQ(visualOfMove(moves[0])->getTargetVisual(), nullptr);
+    for (std::size_t i = 1; i < moves.size(); ++i)
+        EXPECT_FALSE(scene().visuals.contains(moves[i]->id));
+    EXPECT_EQ(instancesInUse(), 0u);
+}
+
 TEST_F(Moves, AJointTargetHasATriadOfItsKindAndNoCirclePoint) {
     scene().settings.drawTargetVisual = true;
     task::MoveInst* move = addJointTarget({10, 20, 30});
