@@ -10,6 +10,7 @@
 #include <TopLoc_Location.hxx>
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 #include <unordered_set>
 
@@ -134,6 +135,7 @@ void Scene::updateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape
 }
 
 void Scene::doUpdateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& shape) {
+    if (!modelNode) throw std::invalid_argument("the body to show anew must not be null");
     const Visual* former = visuals.at(modelNode->id);
     Visual* parent = former->getParent();
     const auto* formerSolid = dynamic_cast<const SolidVisual*>(former);

@@ -113,11 +113,12 @@ void Scene::buildMechanism(sdf::SdfNode* modelNode, bool buildChildren) {
 }
 
 void Scene::buildSmartComponent(sdf::SdfNode* modelNode) {
+    Visual* parent = resolveParentVisual(modelNode);  // first: it refuses null
     const auto& object = dynamic_cast<const sdf::SdfObject&>(*modelNode);
     if (object.asType(sdf::ObjectType::UserComponent))
-        UserComponentVisual::Build(resolveParentVisual(modelNode), modelNode);
+        UserComponentVisual::Build(parent, modelNode);
     else if (object.asType(sdf::ObjectType::Sensor))
-        SensorVisual::Build(resolveParentVisual(modelNode), modelNode);
+        SensorVisual::Build(parent, modelNode);
 }
 
 void Scene::doRestoreCamera() {

@@ -332,6 +332,11 @@ TEST_F(ChangedSolids, WhatHidingAndShowingLeftBehindIsNotShownAgain) {
     EXPECT_EQ(solidOf(body)->getTrianglesNum(), 3u);
 }
 
+TEST_F(ChangedSolids, NullIsRefusedInTheTask) {
+    EXPECT_NO_THROW(scene().updateSolidVisual(nullptr, MeshedBox()));
+    EXPECT_THROW(pump(), std::invalid_argument);
+}
+
 TEST_F(ChangedSolids, AMeshThatAnotherSolidShowsIsKept) {
     const std::string uri = freshUri();
     const TopoDS_Shape shape = MeshedBox();

@@ -223,6 +223,23 @@ TEST_F(StationLoad, AddedPartsAssembliesAndFramesHangUnderTheirParents) {
     EXPECT_EQ(shown(frame)->getParent(), shown(part));
 }
 
+TEST_F(StationLoad, NullIsRefusedInTheTaskThatWouldShowIt) {
+    scene().addPart(nullptr);
+    EXPECT_THROW(pump(), std::invalid_argument);
+    scene().addAssembly(nullptr);
+    EXPECT_THROW(pump(), std::invalid_argument);
+    scene().addMechanism(nullptr, true);
+    EXPECT_THROW(pump(), std::invalid_argument);
+    scene().addSmartComponent(nullptr);
+    EXPECT_THROW(pump(), std::invalid_argument);
+    scene().addPointCloud(nullptr);
+    EXPECT_THROW(pump(), std::invalid_argument);
+    scene().addFrame(nullptr);
+    EXPECT_THROW(pump(), std::invalid_argument);
+    scene().addWObj(nullptr);
+    EXPECT_THROW(pump(), std::invalid_argument);
+}
+
 TEST_F(StationLoad, AnAddedFrameWithoutTheVisualOfItsParentHangsUnderTheRoot) {
     auto* frame = model.make<layout::Frame>("tip");
     frame->parentId = 123456789;
