@@ -134,6 +134,13 @@ TEST_F(SolidVisuals, ABodyWithoutTrianglesIsRegisteredAndNothingMore) {
     EXPECT_EQ(solid->getFacesNum(), 6u);
 }
 
+TEST_F(SolidVisuals, ABodyWithoutTrianglesLeavesNoCountBehind) {
+    const SolidVisual* solid = show(TopoDS_Shape());
+    EXPECT_EQ(MeshCount(solid->getMeshName()), 0u);
+    SolidVisual* face = SolidVisual::Build(scene().root, TopoDS_Shape(), "PreviewFace");
+    EXPECT_EQ(MeshCount(face->getMeshName()), 0u);
+}
+
 TEST_F(SolidVisuals, ABodyWithoutTrianglesTakesColoursAndVisibilityAsNothing) {
     SolidVisual* solid = show(PlainBox());
     EXPECT_NO_THROW(solid->setBodyColor({1, 0, 0}, 1));

@@ -114,6 +114,8 @@ bool SolidVisual::loadEntity(const ColorInfo& colors) {
     try {
         MeshManager::Get()->loadShape(this, colors);
     } catch (const NoTriangleMesh&) {
+        // Counted all the same, and without an entity the destructor takes nothing back.
+        MeshManager::Get()->removeOgreMesh(meshName);
         return false;  // a body without triangles is a visual without picture, not an error
     }
     showEntity(getName(), meshName);
