@@ -156,6 +156,18 @@ TEST_F(PreviewsTest, ACurveForEachSequenceStandsWhereTheVisualStandsInTheWorld) 
               (std::vector<Pos>{{0, 0, 0}, {10, 0, 0}, {10, 20, 0}}));
 }
 
+TEST_F(PreviewsTest, ACurveOfAVisualInsideAnotherStandsInTheWorldToo) {
+    auto* inner = new Visual(showCarrier());
+    scene().visuals[inner->id] = inner;
+    inner->setPosition(0, 5, 0);
+    geometry::PointList list = TwoSequences();
+    scene().addPreviewCurves(inner->id, &list);
+    pump();
+    for (const PreviewCurve* curve : addedOf<PreviewCurve>())
+        EXPECT_EQ(curve->getWorldPosition(), (Pos{1000, 5, 0}));
+    EXPECT_EQ(addedOf<PreviewCurve>().size(), 2u);
+}
+
 TEST_F(PreviewsTest, ADirectionAddsAnArrowThatTheSizeLevelReaches) {
     Visual* part = showCarrier();
     geometry::PointList list = TwoSequences();

@@ -278,6 +278,18 @@ TEST_F(PaintRules, ACornerOutsideTheBoxEndsItsTriangle) {
               (std::set<std::uint32_t>{0}));
 }
 
+TEST_F(PaintRules, ACornerOnAFaceOfTheBoxDoesNot) {
+    const auto* gun = showSpray(Down({0, 0, 50}), makeSpray(100, 100, 100));
+    auto* object = VisualSelection::Get()->getObject(scene().visuals.at(gun->id));
+    object->updateWorldBox();
+    const Pos low = object->box.min, high = object->box.max;
+    for (const Pos& corner : {Pos{low.x, 0, 0}, Pos{high.x, 0, 0}, Pos{0, low.y, 0},
+                              Pos{0, high.y, 0}, Pos{0, 0, low.z}, Pos{0, 0, high.z}}) {
+        const auto painted = sprayed({{{0, 0, 0}, corner, {10, 10, 0}}}, {up, up, up});
+        EXPECT_TRUE(painted.contains(2)) << corner.x << ' ' << corner.y << ' ' << corner.z;
+    }
+}
+
 TEST_F(PaintRules, ACornerOutsideTheConeDoesNot) {
     EXPECT_EQ(sprayed({{{0, 0, 0}, {40, 0, 0}, {0, 10, 0}}}, {up, up, up}, 60),
               (std::set<std::uint32_t>{0, 2}));
