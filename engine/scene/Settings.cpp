@@ -5,7 +5,10 @@
 
 #include <OgreCamera.h>
 #include <OgreInstanceBatch.h>
+#include <OgreInstancedEntity.h>
 #include <OgreInstanceManager.h>
+
+#include <vector>
 
 #include "engine/Scene.h"
 #include "view/Camera.h"
@@ -41,26 +44,40 @@ void SetFrameSize(Visual* visual, unsigned size) {
     if (auto* target = dynamic_cast<InstanceFrameVisual*>(visual)) target->setFrameSize(size);
     if (auto* wobj = dynamic_cast<WObjVisual*>(visual)) {
         wobj->getUserFrame()->setFrameSize(size);
-        wobj->getObjectFrame()->setFrameSize(size);
+        if (FrameVisual* frame = wobj->getObjectFrame()) frame->setFrameSize(size);
     }
 }
 
-// Whether a batch frees the vertices and indices that it draws when it goes.
-struct BatchBuffers : Ogre::InstanceBatch {
-    static constexpr auto ownsVertices() { return &BatchBuffers::mRemoveOwnVertexData; }
-    static constexpr auto ownsIndices() { return &BatchBuffers::mRemoveOwnIndexData; }
+// Only the first batch of a material has indices of its own.
+struct FirstBatch : Ogre::InstanceBatch {
+    static bool is(const Ogre::InstanceBatch* batch) {
+        return batch->*&FirstBatch::mRemoveOwnIndexData;
+    }
 };
 
-// A manager copies all further batches from what its very first one draws, also when that one is
-// gone: it must be left behind. That happens once, and costs a mesh and the places of one batch.
-void KeepPattern(const Ogre::InstanceManager& manager) {
-    const std::string first = manager.getName() + "/InstanceBatch_0";
+// The engine copies further batches, of any material, from what the first one of a material draws,
+// and has them draw its indices, but frees both with that one: it stays while others are in use.
+void CleanUp(Ogre::InstanceManager& manager) {
+    bool isInUse = false;
+    std::vector<Ogre::InstanceBatch*> unusedFirst;
     for (auto materials = manager.getInstanceBatchMapIterator(); materials.hasMoreElements();)
         for (Ogre::InstanceBatch* batch : materials.getNext()) {
-            if (batch->getName() != first || !batch->isBatchUnused()) continue;
-            batch->*BatchBuffers::ownsVertices() = false;
-            batch->*BatchBuffers::ownsIndices() = false;
+            if (!batch->isBatchUnused())
+                isInUse = true;
+            else if (FirstBatch::is(batch))
+                unusedFirst.push_back(batch);
         }
+    if (!isInUse) unusedFirst.clear();
+
+    std::vector<Ogre::InstancedEntity*> held;
+    for (Ogre::InstanceBatch* batch : unusedFirst) {
+        held.push_back(batch->createInstancedEntity());
+        // The bounds of what is in use are worked out before the others go, from known places.
+        held.back()->setScale(Ogre::Vector3::UNIT_SCALE, /*doUpdate=*/true);
+    }
+    manager.cleanupEmptyBatches();
+    for (Ogre::InstancedEntity* instance : held)
+        instance->_getOwner()->removeInstancedEntity(instance);
 }
 
 }  // namespace
@@ -146,10 +163,7 @@ void Scene::setDrawTargetZAxisOnly(bool on) {
 
 void Scene::cleanupInstanceBatches() {
     post([this] {
-        for (const auto& [key, manager] : instanceManagers) {
-            KeepPattern(*manager);
-            manager->cleanupEmptyBatches();
-        }
+        for (const auto& [key, manager] : instanceManagers) CleanUp(*manager);
     });
 }
 

@@ -6,6 +6,7 @@
 #include <OgreIteratorWrapper.h>
 
 #include <OgreException.h>
+#include <OgreHardwareIndexBuffer.h>
 #include <OgreHardwareVertexBuffer.h>
 #include <OgreInstanceBatch.h>
 #include <OgreInstancedEntity.h>
@@ -16,6 +17,7 @@
 #include <OgreVertexIndexData.h>
 
 #include <memory>
+#include <vector>
 
 #include "selection/SelectableObject.h"
 #include "selection/SensitiveLine.h"
@@ -319,62 +321,94 @@ TEST_F(InstanceFrames, EmptyBatchesStayUntilTheyAreCleanedUp) {
 
 class CleanedUpBatches : public InstanceFrames {
 protected:
-    using Places = std::weak_ptr<Ogre::HardwareVertexBuffer>;
-
     void SetUp() override {
         InstanceFrames::SetUp();
-        static int count = 0;
-        // Its first batch must not have been made yet. The scene manager keeps it.
         manager = scene().sceneManager->createInstanceManager(
-            "CleanedUpBatches" + std::to_string(count++), "VRN_FrameMesh", Ogre::RGN_DEFAULT,
-            Ogre::InstanceManager::HWInstancingBasic, 10, Ogre::IM_USEALL);
+            "CleanedUpBatches", "VRN_FrameMesh", Ogre::RGN_DEFAULT,
+            Ogre::InstanceManager::HWInstancingBasic, batchSize, Ogre::IM_USEALL);
         scene().instanceManagers["tested"] = manager;
     }
     void TearDown() override {
         scene().instanceManagers.erase("tested");
+        scene().sceneManager->destroyInstanceManager(manager);
         InstanceFrames::TearDown();
     }
 
+    std::vector<Ogre::InstancedEntity*> add(std::size_t count, const char* look = normalLook) {
+        std::vector<Ogre::InstancedEntity*> added;
+        while (added.size() < count) {
+            added.push_back(manager->createInstancedEntity(look));
+            added.back()->setScale(Ogre::Vector3::UNIT_SCALE, /*doUpdate=*/true);
+        }
+        return added;
+    }
+    void removeAndCleanUp(const std::vector<Ogre::InstancedEntity*>& instances) {
+        for (auto* instance : instances) instance->_getOwner()->removeInstancedEntity(instance);
+        scene().cleanupInstanceBatches();
+        pump();
+    }
     static Ogre::RenderOperation drawnBy(const Ogre::InstancedEntity* instance) {
         Ogre::RenderOperation drawn;
         instance->_getOwner()->getRenderOperation(drawn);
         return drawn;
     }
+    static std::weak_ptr<Ogre::HardwareIndexBuffer> indicesOf(const Ogre::InstancedEntity* one) {
+        return drawnBy(one).indexData->indexBuffer;
+    }
     /// What the batch of an instance has for itself: where its instances stand.
-    static Places placesOf(const Ogre::InstancedEntity* instance) {
-        const auto& binding = *drawnBy(instance).vertexData->vertexBufferBinding;
+    static std::weak_ptr<Ogre::HardwareVertexBuffer> placesOf(const Ogre::InstancedEntity* one) {
+        const auto& binding = *drawnBy(one).vertexData->vertexBufferBinding;
         return binding.getBuffer(static_cast<std::uint16_t>(binding.getLastBoundIndex() - 1));
     }
-    void removeAndCleanUp(Ogre::InstancedEntity* instance) {
-        instance->_getOwner()->removeInstancedEntity(instance);
-        scene().cleanupInstanceBatches();
-        pump();
+    [[nodiscard]] std::size_t batchCount() const {
+        std::size_t count = 0;
+        for (auto it = manager->getInstanceBatchMapIterator(); it.hasMoreElements();)
+            count += it.getNext().size();
+        return count;
     }
 
+    static constexpr std::size_t batchSize = 10;
     Ogre::InstanceManager* manager = nullptr;
 };
 
-TEST_F(CleanedUpBatches, WhatTheManagerCopiesLaterOnesFromStays) {
-    auto* first = manager->createInstancedEntity(normalLook);
-    const Places copied = placesOf(first);
-    const std::size_t indexCount = drawnBy(first).indexData->indexCount;
+TEST_F(CleanedUpBatches, WhatThoseInUseDrawStays) {
+    const auto first = add(batchSize), second = add(1);
+    const auto indices = indicesOf(second[0]);
     removeAndCleanUp(first);
-    EXPECT_FALSE(manager->getInstanceBatchIterator(normalLook).hasMoreElements());
-    ASSERT_FALSE(copied.expired());
-    auto* next = manager->createInstancedEntity(normalLook);
-    EXPECT_EQ(drawnBy(next).indexData->indexCount, indexCount);
-    removeAndCleanUp(next);
+    EXPECT_FALSE(indices.expired());
+    removeAndCleanUp(second);
 }
 
-TEST_F(CleanedUpBatches, AllButTheFirstGoWithWhatTheyHave) {
-    removeAndCleanUp(manager->createInstancedEntity(normalLook));
-    for (int i = 0; i < 2; ++i) {
-        auto* later = manager->createInstancedEntity(normalLook);
-        const Places places = placesOf(later);
-        EXPECT_FALSE(places.expired());
-        removeAndCleanUp(later);
-        EXPECT_TRUE(places.expired());
-    }
+TEST_F(CleanedUpBatches, WhatFurtherOnesAreCopiedFromStays) {
+    auto used = add(batchSize);
+    const std::size_t indexCount = drawnBy(used[0]).indexData->indexCount;
+    // The last material to get its first batch is the one that all others are copied from.
+    const auto other = add(1, "InstanceFrame");
+    const auto copied = placesOf(other[0]);
+    removeAndCleanUp(other);
+    ASSERT_FALSE(copied.expired());
+    used.push_back(add(1)[0]);
+    EXPECT_EQ(drawnBy(used.back()).indexData->indexCount, indexCount);
+    removeAndCleanUp(used);
+}
+
+TEST_F(CleanedUpBatches, FurtherOnesGoWhileTheFirstIsInUse) {
+    const auto first = add(batchSize), second = add(1);
+    const auto places = placesOf(second[0]);
+    removeAndCleanUp(second);
+    EXPECT_TRUE(places.expired());
+    EXPECT_EQ(batchCount(), 1u);
+    removeAndCleanUp(first);
+}
+
+TEST_F(CleanedUpBatches, WithoutAnInstanceInUseAllGo) {
+    auto all = add(batchSize + 1);
+    all.push_back(add(1, "InstanceFrame")[0]);
+    ASSERT_EQ(batchCount(), 3u);
+    const auto indices = indicesOf(all[0]);
+    removeAndCleanUp(all);
+    EXPECT_EQ(batchCount(), 0u);
+    EXPECT_TRUE(indices.expired());
 }
 
 TEST_F(InstanceFrames, WithANewSizeWhatHangsBelowStaysInTheSelection) {
