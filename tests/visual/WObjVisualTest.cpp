@@ -120,6 +120,20 @@ TEST_F(WObjs, SeveralHaveFramesOfTheirOwn) {
     EXPECT_NE(first->getName(), second->getName());
 }
 
+TEST_F(WObjs, WithItsObjectFrameRemovedTheUserFrameGoesOn) {
+    WObjVisual* wobj = build();
+    scene().removeVisual(item->getObjectFrame()->id);
+    pump();
+    EXPECT_EQ(wobj->getObjectFrame(), nullptr);
+    scene().setFrameSize(33, VisualType::WObj);
+    pump();
+    EXPECT_EQ(sizeOf(wobj->getUserFrame()), 33.0f);
+    wobj->setSelected();
+    wobj->setHighlighted();
+    wobj->resetAppearance();
+    EXPECT_NO_THROW(wobj->setObjectFrame({{1, 2, 3}, {}}));
+}
+
 // --- refusals
 
 TEST_F(WObjs, WithoutAnObjectFrameNothingIsBuilt) {

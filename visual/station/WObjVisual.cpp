@@ -41,7 +41,8 @@ WObjVisual::WObjVisual(Visual* parent, sdf::SdfNode* modelNode)
                              std::format("uframe{}", id), VisualType::WObjUserFrame);
     oframe = new FrameVisual(uframe, objectFrame.id, std::format("oframe{}", objectFrame.id),
                              VisualType::WObjObjectFrame);
-    scene->visuals[oframe->id] = oframe;
+    objectFrameId = oframe->id;
+    scene->visuals[objectFrameId] = oframe;
     if (item.hasFixedUFrame()) setPose(userPose);
     setObjectFrame(objectPose);
 }
@@ -53,7 +54,15 @@ void WObjVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
     selection::VisualSelection::Get()->addLineVisual(wobj->oframe);
 }
 
-void WObjVisual::setObjectFrame(const Pose& pose) { oframe->setPose(pose); }
+FrameVisual* WObjVisual::getObjectFrame() const {
+    const auto& visuals = Scene::Get()->visuals;
+    const auto found = visuals.find(objectFrameId);
+    return found != visuals.end() && found->second == oframe ? oframe : nullptr;
+}
+
+void WObjVisual::setObjectFrame(const Pose& pose) {
+    if (FrameVisual* frame = getObjectFrame()) frame->setPose(pose);
+}
 
 void WObjVisual::update() {
     const auto& item = dynamic_cast<const task::WObjDataItem&>(*node);
@@ -62,22 +71,22 @@ void WObjVisual::update() {
     setPose(userPose);
     setObjectFrame(objectPose);
     selection::VisualSelection::Get()->markDirty(uframe);
-    selection::VisualSelection::Get()->markDirty(oframe);
+    if (FrameVisual* frame = getObjectFrame()) selection::VisualSelection::Get()->markDirty(frame);
 }
 
 void WObjVisual::resetAppearance() {
     uframe->resetAppearance();
-    oframe->resetAppearance();
+    if (FrameVisual* frame = getObjectFrame()) frame->resetAppearance();
 }
 
 void WObjVisual::setSelected() {
     uframe->setSelected();
-    oframe->setSelected();
+    if (FrameVisual* frame = getObjectFrame()) frame->setSelected();
 }
 
 void WObjVisual::setHighlighted() {
     uframe->setHighlighted();
-    oframe->setHighlighted();
+    if (FrameVisual* frame = getObjectFrame()) frame->setHighlighted();
 }
 
 }  // namespace vrn::visual

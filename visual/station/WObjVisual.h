@@ -21,7 +21,7 @@ public:
     /// The same, and hands both frames to the selection.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 
-    /// In the user frame.
+    /// In the user frame. Does nothing once the object frame was removed.
     void setObjectFrame(const rob::PoseTemplate<float>& pose);
 
     /// Moves to the visual of the item's parent id, and to the item's poses, also without a fixed
@@ -32,13 +32,15 @@ public:
     void setHighlighted() override;
 
     [[nodiscard]] FrameVisual* getUserFrame() const { return uframe; }
-    [[nodiscard]] FrameVisual* getObjectFrame() const { return oframe; }
+    /// Null once it was removed: it has an id of its own.
+    [[nodiscard]] FrameVisual* getObjectFrame() const;
 
 private:
     sdf::SdfNode*
         node;  ///< the work object in the model, not owned; the scene node is Visual::node
     FrameVisual* uframe = nullptr;
-    FrameVisual* oframe = nullptr;
+    std::uint32_t objectFrameId = 0;
+    FrameVisual* oframe = nullptr;  ///< may dangle: asked for by getObjectFrame
 };
 
 }  // namespace vrn::visual
