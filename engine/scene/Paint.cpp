@@ -1,6 +1,7 @@
 // Sprays, and the paint that they leave.
 
 #include <deque>
+#include <ranges>
 #include <vector>
 
 #include "engine/Scene.h"
@@ -72,7 +73,8 @@ void Scene::removePaintVisual(unsigned int target, unsigned int sprayId) {
 }
 
 void Scene::doRemovePaintVisual(unsigned int target, unsigned int sprayId) {
-    for (PaintVisual* paint : PaintBelow(*this, target)) {
+    // From below: with a paint goes what a host has hung under it, other paint among that.
+    for (PaintVisual* paint : std::views::reverse(PaintBelow(*this, target))) {
         paint->removeSprayRef(sprayId);
         if (paint->getSprayRefsCount() == 0) deleteVisual(paint);
     }

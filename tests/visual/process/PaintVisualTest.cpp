@@ -388,6 +388,20 @@ TEST_F(PaintTest, SeveralSpraysShareThePaintAndTheLastOneTakesIt) {
     EXPECT_EQ(paintOn(target), nullptr);
 }
 
+TEST_F(PaintTest, PaintThatHangsUnderOtherPaintGoesWithItsOwnSprayFirst) {
+    MeshVisual *upper = showTarget("paint-grid"), *lower = showTarget("paint-grid");
+    scene().createPaintVisual(upper->id, 5);
+    scene().createPaintVisual(lower->id, 5);
+    pump();
+    const std::uint32_t below = paintOn(lower)->id;
+    paintOn(upper)->attachVisual(lower);
+    scene().removePaintVisual(upper->id, 5);
+    EXPECT_NO_THROW(pump());
+    EXPECT_EQ(paintOn(upper), nullptr);
+    EXPECT_FALSE(scene().visuals.contains(below));
+    EXPECT_TRUE(upper->getChildren().empty());
+}
+
 TEST_F(PaintTest, MeshesOfOneFileKeepTheirPaintApart) {
     Visual* one = showBoxPart("one");
     Visual* two = showBoxPart("two", {{500, 0, 0}, {}});
