@@ -348,9 +348,7 @@ void Visual::setOrientation(const rob::OrientTemplate<double>& o) {
 }
 
 void Visual::setPose(const Pose& pose) {
-    checkMovable(IsFinite(pose));
-    node->setPosition(ToOgre(pose.position));
-    node->setOrientation(ToOgre(pose.rotation));
+    placeNew(pose);
     markDirty();
 }
 
