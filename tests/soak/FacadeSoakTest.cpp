@@ -30,6 +30,7 @@
 #include "examples/cell/CellWriter.h"
 #include "mesh/NoTriangleMesh.h"
 #include "selection/VisualSelection.h"
+#include "suite/geom/TMesh.h"
 #include "suite/layout/Layout.h"
 #include "suite/task/Task.h"
 #include "tests/soak/Script.h"
@@ -52,11 +53,19 @@ constexpr int warmUp = 3;
 /// What the heap may have grown by from the end of the warm-up to the last round.
 constexpr std::size_t memoryMargin = 2u << 20;
 
-/// All rounds together; VRN_SOAK_STEPS in the environment asks for another number.
-int StepCount() {
-    const char* wanted = std::getenv("VRN_SOAK_STEPS");
-    return wanted ? std::atoi(wanted) : 10'000;
+/// A frame behind so many of the batches.
+constexpr double frameChance = 0.2;
+
+int FromEnvironment(const char* name, int standard) {
+    const char* wanted = std::getenv(name);
+    return wanted ? std::atoi(wanted) : standard;
 }
+
+/// All rounds together; VRN_SOAK_STEPS in the environment asks for another number.
+int StepCount() { return FromEnvironment("VRN_SOAK_STEPS", 10'000); }
+
+/// VRN_SOAK_SEED in the environment asks for other calls.
+unsigned FirstSeed() { return static_cast<unsigned>(FromEnvironment("VRN_SOAK_SEED", 1)); }
 
 /// What an operation may answer with, on the caller or out of its task; everything else fails.
 /// Empty for an exception that is stated.
@@ -127,6 +136,7 @@ protected:
         for (const task::Task* job : content.tasks) task::RemoveTask(*job);
         scene().setDrawTargetVisual(true);
         scene().setDrawPathArrow(true);
+        scene().cleanupInstanceBatches();
         pump();
     }
 
@@ -189,7 +199,8 @@ protected:
                                               static_cast<float>(script.choose(windowHeight))));
         });
         if (!inPick.empty()) failures["a pick"] = inPick;
-        if (failures.empty() && script.chance(0.05)) visual::gRenderEngine->root->renderOneFrame();
+        if (failures.empty() && script.chance(frameChance))
+            visual::gRenderEngine->root->renderOneFrame();
     }
 
     /// The engine stops at a place that is none.
@@ -225,12 +236,15 @@ protected:
 };
 
 TEST_F(FacadeSoak, RandomCallsOfEveryOperationThrowWhatIsStatedAndLeaveNothing) {
+    // The manager keeps the record of the last one shown.
+    cadcam::TMesh<double> machined{{{{0, 0, 0}}, {{90, 0, 0}}, {{0, 90, 0}}}, {{{0, 1, 2}}}};
+    scene().debugViewCamMesh(&machined);
     std::map<std::string, std::size_t> populationBefore;
     std::size_t heapBefore = 0;
     for (int round = 0; round < rounds; ++round) {
         SCOPED_TRACE(testing::Message() << "round " << round);
         buildStation();
-        runScript(static_cast<unsigned>(round) + 1, StepCount() / rounds);
+        runScript(FirstSeed() * rounds + static_cast<unsigned>(round), StepCount() / rounds);
         removeStation();
         if (round == warmUp) {
             populationBefore = Population();

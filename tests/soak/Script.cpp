@@ -62,7 +62,9 @@ struct Supplies::Shapes {
     cadcam::TMesh<double> badMesh{{{{0, 0, 0}}}, {{{0, 1, 2}}}};
 };
 
-Supplies::Supplies() : shapes(std::make_unique<Shapes>()) {}
+Supplies::Supplies() : shapes(std::make_unique<Shapes>()) {
+    for (const auto& [id, visual] : Scene::Get()->visuals) sceneIds.insert(id);
+}
 Supplies::~Supplies() = default;
 
 void Supplies::takeStation(const host::Content& content) {
@@ -71,7 +73,8 @@ void Supplies::takeStation(const host::Content& content) {
     paths.clear();
     moves.clear();
     for (const auto& [id, visual] : Scene::Get()->visuals)
-        if (std::ranges::find(lastingIds, id) == lastingIds.end()) ids.push_back(id);
+        if (!sceneIds.contains(id) && std::ranges::find(lastingIds, id) == lastingIds.end())
+            ids.push_back(id);
     std::ranges::sort(ids);
     for (const std::uint32_t id : ids)
         if (sdf::SdfNode* node = sdf::SdfManager::inst()->find(id)) nodes.push_back(node);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "apps/vrnview/readers/Content.h"
@@ -25,6 +26,8 @@ struct Supplies {
     /// operation, so that none of them is removed.
     void showLasting();
 
+    /// Of the station. What the scene has of its own, the world frame, is left out: nothing would
+    /// clear away what hangs under it.
     std::vector<std::uint32_t> ids;
     std::vector<sdf::SdfNode*> nodes;
     std::vector<task::Path*> paths;
@@ -35,6 +38,9 @@ struct Supplies {
     struct Shapes;
     std::unique_ptr<Shapes> shapes;  ///< never null
     sdf::ObjectStore lastingModel;
+
+private:
+    std::unordered_set<std::uint32_t> sceneIds;
 };
 
 /// A source of random arguments for one thread, the same ones for the same seed.
