@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "selection/Ray.h"
 #include "selection/VisualSelection.h"
@@ -25,7 +26,7 @@ constexpr float zoomStepBase = 80.0f;
 constexpr float leastPanDistance = 10.0f;  // no standstill when the pivot is near the camera
 
 float VerticalPart(const Vec& v) {
-    const int axis = Scene::Get()->settings.verticalDir;
+    const int axis = LoadLive(Scene::Get()->settings.verticalDir);
     if (axis == 0) return v.x;
     return axis == 1 ? v.y : v.z;
 }

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/smart/StationLogic.h"
@@ -155,7 +156,7 @@ void Scene::upadateInstructionParent(std::uint32_t id, std::uint32_t parentId) {
 }
 
 void Scene::setDrawPathArrow(bool on) {
-    settings.drawPathArrow = on;
+    StoreLive(settings.drawPathArrow, on);
     post([this, on] { doSetDrawPathArrow(on); });
     if (on) requestUpdate();
 }
@@ -177,7 +178,7 @@ void Scene::doSetDrawPathArrow(bool on) {
 }
 
 void Scene::setDrawTargetVisual(bool on) {
-    settings.drawTargetVisual = on;
+    StoreLive(settings.drawTargetVisual, on);
     post([this, on] {
         // Looked up one by one: with a target goes what hangs below it, and that may be a move.
         for (const std::uint32_t id : MoveIds(*this)) {
@@ -190,7 +191,7 @@ void Scene::setDrawTargetVisual(bool on) {
 }
 
 void Scene::setDrawSegVisual(bool on) {
-    settings.drawSegVisual = on;
+    StoreLive(settings.drawSegVisual, on);
     for (const auto& [id, visual] : visuals)
         if (visual->type == VisualType::Path) updatePath(id);
 }

@@ -10,6 +10,7 @@
 
 #include <vector>
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "view/Camera.h"
 #include "view/Grid.h"
@@ -83,7 +84,7 @@ void CleanUp(Ogre::InstanceManager& manager) {
 }  // namespace
 
 void Scene::setGridNormalDir(int dir) {
-    settings.verticalDir = dir;
+    StoreLive(settings.verticalDir, dir);
     post([this, dir] {
         if (grid) grid->setNormalDir(static_cast<Grid::NormalDir>(dir));
         gCamera->setVerticleDir(dir);
@@ -148,13 +149,13 @@ void Scene::doSetArrowSizeLevel(unsigned int level) {
 }
 
 void Scene::setHandleScale(float scale) {
-    settings.handleScale = scale;
+    StoreLive(settings.handleScale, scale);
     post([] {});  // the post asks for a frame; the handles read the value while they render
 }
 
 void Scene::setDrawTargetZAxisOnly(bool on) {
-    settings.drawTargetZAxisOnly = on;
-    if (!settings.drawTargetVisual) return;
+    StoreLive(settings.drawTargetZAxisOnly, on);
+    if (!LoadLive(settings.drawTargetVisual)) return;
     post([this, on] {
         for (const auto& [id, visual] : visuals)
             if (auto* target = dynamic_cast<InstanceFrameVisual*>(visual)) target->updateEntity(on);

@@ -9,6 +9,7 @@
 #include <OgreMovableObject.h>
 #include <OgreSceneNode.h>
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/task/DataItem.h"
@@ -104,7 +105,9 @@ Rotation LevelLook(const Vec& dir, const Vec& up, const Rotation& present) {
 
 Vec ViewDirection() { return FromOgre(gCamera->camera->getDerivedDirection()); }
 
-Vec Vertical(const SceneSettings& settings) { return FromOgre(UpAxis(settings.verticalDir)); }
+Vec Vertical(const SceneSettings& settings) {
+    return FromOgre(UpAxis(LoadLive(settings.verticalDir)));
+}
 
 template <class List, class Value>
 bool Contains(const List& list, const Value& value) {

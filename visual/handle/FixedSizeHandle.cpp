@@ -2,6 +2,7 @@
 
 #include <OgreSceneNode.h>
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "selection/SelectableObject.h"
 #include "selection/VisualSelection.h"
@@ -17,7 +18,7 @@ constexpr float leastHandleScale = 0.5f;
 constexpr float mostHandleScale = 10.0f;
 
 float HandleScale() {
-    const float wanted = Scene::Get()->settings.handleScale;
+    const float wanted = LoadLive(Scene::Get()->settings.handleScale);
     return wanted >= leastHandleScale && wanted <= mostHandleScale ? wanted : 1.0f;
 }
 

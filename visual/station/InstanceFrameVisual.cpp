@@ -10,6 +10,7 @@
 #include <OgreInstancedEntity.h>
 #include <OgreInstanceManager.h>
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "visual/station/FrameSize.h"
@@ -108,7 +109,9 @@ Ogre::InstancedEntity* InstanceFrameVisual::createEntity(const std::string& mana
     return look;
 }
 
-bool InstanceFrameVisual::showsZAxisOnly() { return Scene::Get()->settings.drawTargetZAxisOnly; }
+bool InstanceFrameVisual::showsZAxisOnly() {
+    return LoadLive(Scene::Get()->settings.drawTargetZAxisOnly);
+}
 
 void InstanceFrameVisual::setFrameSize(unsigned size) { scaleTo(static_cast<float>(size)); }
 

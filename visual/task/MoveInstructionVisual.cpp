@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
@@ -59,7 +60,7 @@ void MoveInstructionVisual::updateParent(std::uint32_t parentId) {
 }
 
 void MoveInstructionVisual::drawTargetVisual() {
-    if (Scene::Get()->settings.drawTargetVisual) {
+    if (LoadLive(Scene::Get()->settings.drawTargetVisual)) {
         buildTriads();
         Scene::Get()->requestUpdate();
     } else {
@@ -99,7 +100,7 @@ void MoveInstructionVisual::removePathArrow() {
 
 void MoveInstructionVisual::drawPathArrow(task::MoveInst* prev) {
     if (!prev) return;
-    if (!Scene::Get()->settings.drawPathArrow) return removePathArrow();
+    if (!LoadLive(Scene::Get()->settings.drawPathArrow)) return removePathArrow();
     const Pos a = getStartPos(prev), b = getEndPos();
     if (instruction->getCircleItem()) {
         const Pos c = getCirclePos();

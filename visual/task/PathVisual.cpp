@@ -4,6 +4,7 @@
 #include <format>
 #include <stdexcept>
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "suite/task/Instruction.h"
 #include "suite/task/Task.h"
@@ -52,7 +53,7 @@ void PathVisual::deleteLines() {
 
 void PathVisual::rebuildPathLines() {
     deleteLines();
-    if (!Scene::Get()->settings.drawSegVisual) return;
+    if (!LoadLive(Scene::Get()->settings.drawSegVisual)) return;
     addLines();
     for (PathLineVisual* line : pathLines) {
         line->finish();
