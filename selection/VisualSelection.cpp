@@ -1,5 +1,6 @@
 #include "selection/VisualSelection.h"
 
+#include "engine/LiveSetting.h"
 #include "engine/Scene.h"
 #include "selection/BVHBuilder.h"
 #include "selection/BVHWalk.h"
@@ -142,7 +143,7 @@ void BuildAhead(const PrimitiveContainer& container) {
 /// Where the line of a ray meets the plane through the origin that the vertical stands on.
 Pos GroundPoint(const visual::Ray& ray) {
     constexpr float parallel = 1.1920929e-07f;
-    const int vertical = visual::Scene::Get()->settings.verticalDir;
+    const int vertical = visual::LoadLive(visual::Scene::Get()->settings.verticalDir);
     const unsigned axis = vertical == 0 ? 0 : vertical == 1 ? 1 : 2;
     const float towards = visual::component(ray.direction, axis);
     if (std::abs(towards) < parallel) return {0, 0, 0};
