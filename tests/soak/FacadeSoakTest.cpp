@@ -7,6 +7,7 @@
 #include <OgreSceneNode.h>
 #include <Standard_Failure.hxx>
 
+#include <algorithm>
 #include <any>
 #include <atomic>
 #include <cmath>
@@ -15,6 +16,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -50,8 +52,11 @@ using Operation = Script::Operation;
 constexpr int rounds = 10;
 /// The first ones fill caches, pools and the free lists of the allocator.
 constexpr int warmUp = 3;
-/// What the heap may have grown by from the end of the warm-up to the last round.
-constexpr std::size_t memoryMargin = 2u << 20;
+/// What the heap may have grown by from the rounds behind the warm-up to the last ones. What is
+/// kept between two rounds swings by some megabytes, the shaders that the software renderer
+/// compiled among it, so it is the least of a few that counts.
+constexpr std::size_t memoryMargin = 6u << 20;
+constexpr int comparedRounds = 3;
 
 /// A frame behind so many of the batches.
 constexpr double frameChance = 0.2;
@@ -113,20 +118,20 @@ protected:
     }
     /// Everything that a script can have made, and the settings that it can have changed.
     void removeStation() {
-        scene().removePreviewCurves();
-        scene().removePreviewedPoints();
-        scene().removePreviewFaces();
-        scene().removePreviewedJointVisual();
-        scene().deleteCopiedVisual();
-        scene().removeDimensionVisual();
-        scene().removePolylines();
-        scene().deleteUVIndicatorVisual();
-        scene().removeAllPositionVisuals();
-        scene().clearTcpTrace();
-        scene().clearHighlightedVisual();
-        scene().clearSelections();
-        scene().clearAllCollisionContacts();
-        pump();
+        using visual::Scene;
+        // One by one: a highlighted face that the solid has not is refused once more when it is
+        // cleared, and that takes the rest of the batch along.
+        for (void (Scene::*clear)() :
+             {&Scene::removePreviewCurves, &Scene::removePreviewedPoints,
+              &Scene::removePreviewFaces, &Scene::removePreviewedJointVisual,
+              &Scene::deleteCopiedVisual, &Scene::removeDimensionVisual, &Scene::removePolylines,
+              &Scene::deleteUVIndicatorVisual, &Scene::removeAllPositionVisuals,
+              &Scene::clearTcpTrace, &Scene::clearHighlightedVisual, &Scene::clearSelections,
+              &Scene::clearAllCollisionContacts}) {
+            (scene().*clear)();
+            const std::string refused = UnstatedFailure([] { pump(); });
+            if (!refused.empty()) failures["clearing up"] = refused;
+        }
         const std::vector<visual::Visual*> all = scene().root->getChildren();
         for (visual::Visual* child : all)
             if (!furniture.contains(child)) scene().deleteVisual(child);
@@ -240,21 +245,19 @@ TEST_F(FacadeSoak, RandomCallsOfEveryOperationThrowWhatIsStatedAndLeaveNothing) 
     cadcam::TMesh<double> machined{{{{0, 0, 0}}, {{90, 0, 0}}, {{0, 90, 0}}}, {{{0, 1, 2}}}};
     scene().debugViewCamMesh(&machined);
     std::map<std::string, std::size_t> populationBefore;
-    std::size_t heapBefore = 0;
+    std::vector<std::size_t> heaps;
     for (int round = 0; round < rounds; ++round) {
         SCOPED_TRACE(testing::Message() << "round " << round);
         buildStation();
         runScript(FirstSeed() * rounds + static_cast<unsigned>(round), StepCount() / rounds);
         removeStation();
-        if (round == warmUp) {
-            populationBefore = Population();
-            heapBefore = bench::HeapInUse();
-        }
-        if (round > warmUp) {
-            EXPECT_EQ(Population(), populationBefore);
-        }
+        if (round < warmUp) continue;
+        heaps.push_back(bench::HeapInUse());
+        if (round == warmUp) populationBefore = Population();
+        EXPECT_EQ(Population(), populationBefore);
     }
-    const std::size_t heapAfter = bench::HeapInUse();
+    const std::size_t heapBefore = std::ranges::min(std::span(heaps).first<comparedRounds>());
+    const std::size_t heapAfter = std::ranges::min(std::span(heaps).last<comparedRounds>());
     EXPECT_LE(heapAfter, heapBefore + memoryMargin);
     RecordProperty("grownBytes", static_cast<int>(heapAfter) - static_cast<int>(heapBefore));
     for (const auto& [name, what] : failures) ADD_FAILURE() << name << ": " << what;
