@@ -202,6 +202,8 @@ public:
     void cleanupInstanceBatches();
 
     // --- station; thread: any ---
+    // Null for a model node throws std::invalid_argument in the task.
+
     /// Shows the station that layout::Layout holds, then hides what its visibilities() name.
     void LoadStation();
     void addPart(sdf::SdfNode* modelNode);
