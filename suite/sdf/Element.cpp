@@ -105,18 +105,20 @@ void Element::set(std::string_view path, std::any newValue) {
     touch(path)->setValue(std::move(newValue));
 }
 
-std::any Element::valueOf(std::string_view key) const {
-    if (key.empty()) return getValue();
+template <class T>
+T Element::valueOf(std::string_view key) const {
+    if (key.empty()) return as<T>();
     const std::shared_ptr<Element> child = get(key);
-    return child ? child->getValue() : std::any{};
+    if (!child) throw std::bad_any_cast();
+    return child->as<T>();
 }
 
 rob::PoseTemplate<double> Element::asPose(std::string_view key) const {
-    return std::any_cast<rob::PoseTemplate<double>>(valueOf(key));
+    return valueOf<rob::PoseTemplate<double>>(key);
 }
 
 rob::Vec3Template<double> Element::asVec3(std::string_view key) const {
-    return std::any_cast<rob::Vec3Template<double>>(valueOf(key));
+    return valueOf<rob::Vec3Template<double>>(key);
 }
 
 std::uint32_t Element::getId(bool ownOnly) const {

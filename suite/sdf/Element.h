@@ -63,7 +63,8 @@ public:
     /// none.
     template <class T>
     [[nodiscard]] T as() const {
-        return std::any_cast<T>(getValue());
+        const std::lock_guard lock(mutex);
+        return std::any_cast<T>(value);
     }
     /// touch(path)->setValue(newValue).
     void set(std::string_view path, std::any newValue);
@@ -79,7 +80,8 @@ public:
     void setId(std::uint32_t newId);
 
 private:
-    [[nodiscard]] std::any valueOf(std::string_view key) const;
+    template <class T>
+    [[nodiscard]] T valueOf(std::string_view key) const;
     void remove(const Element& child);
 
     const std::string typeName;
