@@ -274,6 +274,20 @@ TEST_F(InstanceFrames, ANewSizeMakesANewSelectableObject) {
     EXPECT_EQ(pickableCount(), 1u);
 }
 
+TEST_F(InstanceFrames, WithANewSizeWhatCouldNotBePickedOrTouchedStillCannot) {
+    auto* picking = selection::VisualSelection::Get();
+    Target* target = addTarget(1);
+    picking->addFrameVisual(target);
+    for (const bool on : {false, true}) {
+        picking->setObjectEnabled(target, on);
+        picking->setDetectable(target, on);
+        target->setFrameSize(90);
+        target->updateEntity(false);
+        EXPECT_EQ(picking->getObject(target)->enabled, on);
+        EXPECT_EQ(picking->getObject(target)->detectable, on);
+    }
+}
+
 // --- the end
 
 TEST_F(InstanceFrames, DeletingGivesEveryInstanceBack) {

@@ -12,6 +12,7 @@
 
 #include "engine/LiveSetting.h"
 #include "engine/Scene.h"
+#include "selection/SelectableObject.h"
 #include "selection/VisualSelection.h"
 #include "visual/station/FrameSize.h"
 #include "visual/station/InstanceMaterial.h"
@@ -120,9 +121,14 @@ void InstanceFrameVisual::scaleTo(float size) {
         if (look) look->setScale(ScaleOfSize(size), /*doUpdate=*/true);
     auto* picking = selection::VisualSelection::Get();
     if (!picking->hasVisual(this)) return;
+    const selection::SelectableObject* former = picking->getObject(this);
+    const bool detectable = former->detectable;
+    const bool enabled = former->enabled;
     // The target alone: what hangs below it has the size that it had.
     picking->removeObject(this);
     picking->addFrameVisual(this);
+    picking->getObject(this)->detectable = detectable;
+    picking->getObject(this)->enabled = enabled;
 }
 
 float InstanceFrameVisual::getFrameSize() const { return mainEntity->getScale().z; }

@@ -31,8 +31,8 @@ public:
                         const rob::PoseTemplate<float>* pose = nullptr);
     ~InstanceFrameVisual() override;
 
-    /// Rescales all looks, and has a registered visual picked at its new size. The settings stay as
-    /// they are.
+    /// Rescales all looks, and has a registered visual picked at its new size, enabled and
+    /// detectable as before. The settings stay as they are.
     void setFrameSize(unsigned size);
     /// The length of the z axis as drawn.
     [[nodiscard]] float getFrameSize() const;
