@@ -16,6 +16,8 @@
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
 
+#include "selection/SelectableObject.h"
+#include "selection/VisualSelection.h"
 #include "suite/layout/Layout.h"
 #include "suite/sdf/ObjectType.h"
 #include "suite/smart/SmartComponent.h"
@@ -239,6 +241,38 @@ TEST_F(Sensors, AnUpdateReplacesAllChildren) {
     EXPECT_EQ(visual->getChildren().size(), 2u);
     EXPECT_NE(solidOf(visual)->id, before);
     EXPECT_FALSE(scene().visuals.contains(before));
+}
+
+TEST_F(Sensors, AnUpdateOfAHiddenSensorShowsAndEnablesNothingUntilItIsShown) {
+    Sensor* sensor = makePlane({100, 0, 0}, {0, 60, 0});
+    SensorVisual* visual = build(sensor);
+    visual->resetAppearance();
+    for (const bool show : {false, true}) {
+        scene().setVisualVisible(sensor->id, show);
+        if (!show) scene().updateSensor(sensor->id);
+        pump();
+        SolidVisual* solid = solidOf(visual);
+        EXPECT_EQ(isDrawn(solid), show);
+        EXPECT_EQ(isDrawn(childOf(solid, VisualType::WireFrame)), show);
+        EXPECT_FALSE(isDrawn(visual->getLocalFrame()));
+        EXPECT_EQ(selection::VisualSelection::Get()->getObject(solid)->enabled, show);
+    }
+    scene().setVisualSelected(sensor->id);
+    pump();
+    EXPECT_TRUE(isDrawn(visual->getLocalFrame()));
+}
+
+TEST_F(Sensors, ASensorInsideAHiddenComponentIsNotPicked) {
+    auto* component = model.make<smartcomp::UserComponent>("component");
+    component->addChild(*makeSegment({}, {0, 0, 100}, 0.1));
+    visual::UserComponentVisual::Build(root(), component);
+    const Visual* visual = childOf(visualOf(component), VisualType::Sensor);
+    Visual* curve = childOf(visual, VisualType::Curve);
+    for (const bool show : {false, true}) {
+        scene().setVisualVisible(component->id, show);
+        pump();
+        EXPECT_EQ(selection::VisualSelection::Get()->getObject(curve)->enabled, show);
+    }
 }
 
 TEST_F(Sensors, TheSceneUpdatesASensorAfterItsPropertiesChanged) {

@@ -16,6 +16,7 @@
 #include <TopoDS_Face.hxx>
 
 #include "engine/Scene.h"
+#include "selection/VisualSelection.h"
 #include "suite/geom/ShapeTools.h"
 #include "suite/rob/ShapeTypes.h"
 #include "suite/sdf/SdfManager.h"
@@ -121,18 +122,29 @@ TopoDS_Shape SensorVisual::getSensorShape() const {
 
 void SensorVisual::buildChildren() {
     localFrame = new FrameVisual(this, 0, "Local Frame", VisualType::Frame);
+    // By itself, since cascades leave it alone.
+    if (!visible) HideOwnFrame(this, localFrame);
     const TopoDS_Shape shape = getSensorShape();
     if (shape.IsNull()) return;
     if (shape.ShapeType() == TopAbs_EDGE)
         CurveVisual::Build(this, shape);
     else
         SolidVisual::Build(this, shape, "Body", "BodyHighlighted", "BodySelected");
+    if (!visible) SensorVisual::setVisible(false, /*cascade=*/true);
 }
 
 void SensorVisual::update() {
     clearChildren();
     localFrame = nullptr;
     buildChildren();
+}
+
+void SensorVisual::setVisible(bool show, bool cascade) {
+    Visual::setVisible(show, cascade);
+    if (!cascade) return;
+    ForEachAdmittedChild(this, TakesPart, [show](Visual* child) {
+        selection::VisualSelection::Get()->setObjectEnabled(child, show);
+    });
 }
 
 void SensorVisual::resetAppearance() {

@@ -28,12 +28,15 @@ public:
     /// A segment of radius 0.5 or more is a cylinder, a thinner one an edge. Throws
     /// std::bad_any_cast for a property of another type and what OpenCASCADE throws.
     [[nodiscard]] TopoDS_Shape getSensorShape() const;
-    /// A frame at the origin, which shows until the next resetAppearance, and the shape. Throws
-    /// what getSensorShape throws.
+    /// A frame at the origin, which shows until the next resetAppearance, and the shape. A hidden
+    /// sensor hides both; the frame then waits for the next setSelected. Throws what getSensorShape
+    /// throws.
     void buildChildren();
 
     /// Deletes all children, also what was attached, and builds them anew.
     void update() override;
+    /// As Visual::setVisible; a shape that `cascade` hides is not picked.
+    void setVisible(bool show, bool cascade) override;
     void resetAppearance() override;
     void setSelected() override;
     void setHighlighted() override;
