@@ -223,7 +223,11 @@ private:
             ++bucket.count;
             bucket.bounds.add(items[i].low, items[i].high);
         }
-        return partAt(first, last, split.axis, split.planeAfter(CheapestPlane(buckets)));
+        const float plane = split.planeAfter(CheapestPlane(buckets));
+        // So far out that rounding puts the plane on the lowest centroid it parts nothing: they
+        // would be cut off one by one, as deep as they are many.
+        if (!(plane > split.origin)) return halved(first, last);
+        return partAt(first, last, split.axis, plane);
     }
 
     /// Both scans stop before the other end, and do not look at what stands there.

@@ -59,11 +59,6 @@ bool BoxAxisSeparates(unsigned axis, const std::array<Vec, 3>& vertices, float h
     return std::min({c0, c1, c2}) > half || std::max({c0, c1, c2}) < -half;
 }
 
-bool IsEmpty(const Box& box) {
-    constexpr Pos emptyMin{FLT_MAX, FLT_MAX, FLT_MAX}, emptyMax{-FLT_MAX, -FLT_MAX, -FLT_MAX};
-    return box.min == emptyMin && box.max == emptyMax;
-}
-
 }  // namespace
 
 void Box::addPoints(std::span<const Pos> points) {
@@ -101,8 +96,8 @@ Pos Box::getCorner(unsigned i) const {
 
 Box Box::transformed(const rob::PoseTemplate<float>& pose) const {
     Box result;
-    // The corners of the empty box would span everything there is.
-    if (IsEmpty(*this)) return result;
+    // The corners of a box that is empty on an axis would span everything there is.
+    if (!isValid()) return result;
     for (unsigned i = 0; i < 8; ++i) result.addPoint(TransformPoint(pose, getCorner(i)));
     result.updateCenter();
     return result;

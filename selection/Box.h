@@ -119,7 +119,7 @@ public:
     [[nodiscard]] Pos getCorner(unsigned i) const;
 
     /// The box round the eight corners of this one after rotation and translation by `pose`.
-    /// The empty box stays empty.
+    /// Empty for a box that is not valid.
     [[nodiscard]] Box transformed(const rob::PoseTemplate<float>& pose) const;
     /// transformed, in place.
     void transform(const rob::PoseTemplate<float>& pose);

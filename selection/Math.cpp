@@ -100,7 +100,7 @@ bool Overlap(const Math::Interval& m, const Math::Interval& n) {
     float n0 = end(n.vertex0, n.a, n.b * xx * n.x1), n1 = end(n.vertex1, n.a, n.c * xx * n.x0);
     Math::sort(m0, m1);
     Math::sort(n0, n1);
-    return !(m1 < n0 || n1 < m0);
+    return m1 >= n0 && n1 >= m0;  // never for a NaN
 }
 
 /// Newell's normal: the areas of the triangle seen along the three axes, doubled.
@@ -199,8 +199,8 @@ Result Math::Intersect(const Line& line, const Triangle& triangle) {
         result.position = result.localPosition = line.start + direction * t;
         return result;
     }
-    if (std::abs(distanceOfPointToSurface(line.start, triangle.p0, e1.cross(e2))) > tolerance)
-        return {};
+    const float height = distanceOfPointToSurface(line.start, triangle.p0, e1.cross(e2));
+    if (!(std::abs(height) <= tolerance)) return {};  // nor for a NaN
     Result result = lineToTriangle2D(line, triangle);
     if (result.hit)
         result.position = result.localPosition =

@@ -11,6 +11,7 @@
 
 #include <OgreSceneNode.h>
 
+#include <cmath>
 #include <memory>
 #include <stdexcept>
 
@@ -105,9 +106,11 @@ Result MeshObject::intersect(const rob::TriangleTemplate<float>& triangle) {
 }
 
 Result MeshObject::intersect(const rob::LineTemplate<float>& line) {
-    const rob::LineTemplate<float> local = line.transformed(inverseWorldPose);
-    Result result =
-        bvhIntersect(rob::LineTemplate<float>{unscaled(local.start), unscaled(local.end)});
+    rob::LineTemplate<float> local = line.transformed(inverseWorldPose);
+    local = {unscaled(local.start), unscaled(local.end)};
+    // A mesh that is flattened to nothing on an axis has no line in its units, and is never hit.
+    if (!std::isfinite((local.end - local.start).length())) return {};
+    Result result = bvhIntersect(local);
     if (!result.hit) return result;
     result.position = scaledToWorld(result.position);
     result.visual = visual;

@@ -17,7 +17,8 @@ Result SensitivePoints::intersect(const visual::Ray& ray) {
     Result best;
     const std::vector<rob::PosTemplate<float>>& points = visual->getPoints();
     for (const unsigned int index : indices) {
-        const rob::PosTemplate<float>& point = points.at(index);
+        if (index >= points.size()) continue;
+        const rob::PosTemplate<float>& point = points[index];
         if (!(Math::DistancePointLine(point, ray.origin, ray.direction) < reach)) continue;
         const float distance = (point - ray.origin).length();
         if (best.hit && !(best.distance > distance)) continue;

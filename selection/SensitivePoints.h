@@ -16,8 +16,9 @@ class VRN_VISUAL_API SensitivePoints final : public BVHPrimitive {
 public:
     SensitivePoints(visual::PointCloudVisual* cloudVisual, std::vector<unsigned int> pointIndices);
 
-    /// The point nearest to the origin; of equally distant ones that of the earlier index. Throws
-    /// std::overflow_error for a ray without direction.
+    /// The point nearest to the origin; of equally distant ones that of the earlier index. A number
+    /// that the cloud no longer has is passed over. Throws std::overflow_error for a ray without
+    /// direction.
     using BVHPrimitive::intersect;
     [[nodiscard]] Result intersect(const visual::Ray& ray) override;
 

@@ -11,8 +11,9 @@
 
 namespace vrn::selection {
 
-/// Box::intersect for one ray or line and many boxes: the same answer to the bit, with what depends
-/// on the ray alone found once. Thread: pure.
+/// Box::intersect for one ray or line and many boxes: the same answer to the bit for every box of
+/// numbers, with what depends on the ray alone found once. One with a NaN may count as met.
+/// Thread: pure.
 class SlabTest {
 public:
     /// Where the ray enters a box, if it meets it.
@@ -29,8 +30,8 @@ public:
           farLimit(maxDistance),
           direct(IsDirect(origin, direction, maxDistance)) {}
 
-    /// True for a ray without a parallel axis and without a number that is not finite: then no NaN
-    /// can arise, and the order in which the axes narrow the limits does not matter.
+    /// True for a ray without a parallel axis and without a number that is not finite: then it
+    /// brings no NaN, and the order in which the axes narrow the limits does not matter.
     [[nodiscard]] bool isDirect() const { return direct; }
 
     /// Only for a direct ray.

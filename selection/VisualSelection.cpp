@@ -271,6 +271,14 @@ void VisualSelection::updateShapeFaces(visual::SolidVisual* visual) {
     getObject(visual)->enabled = enabled;
 }
 
+void VisualSelection::rebuild(visual::Visual* visual) {
+    const auto entry = objects.find(visual);
+    if (entry == objects.end()) return;
+    entry->second->bvhBuilt = false;
+    entry->second->worldBoxDirty = true;
+    setDirty();
+}
+
 void VisualSelection::removeObject(visual::Visual* visual) {
     setDirty();
     SelectableObject* registered = objects.at(visual);

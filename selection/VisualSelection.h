@@ -84,6 +84,9 @@ public:
     /// earlier one; what hangs below the solid keeps its own. Throws std::out_of_range for a visual
     /// that is not registered.
     void updateShapeFaces(visual::SolidVisual* visual);
+    /// For a visual that shows something else now: its object finds that at the next update. Does
+    /// nothing for one that is not registered.
+    void rebuild(visual::Visual* visual);
     /// Takes the visual out and deletes its objects, also those of a repeated registration. `dirty`
     /// is set in any case. Throws std::out_of_range for a visual that is not registered.
     void removeObject(visual::Visual* visual);

@@ -15,8 +15,9 @@ class Camera;
 /// finds nothing, so a host updates it before it runs the gestures.
 ///
 /// Screen positions and moves are window pixels. Formulas are those of a pinhole camera; rotations
-/// turn in the camera's own frame. Every gesture throws std::logic_error without a render target.
-/// Thread: render (Camera posts the gestures).
+/// turn in the camera's own frame. The gestures that take a pixel throw std::logic_error without a
+/// render target, and std::overflow_error for a pixel that is NaN or so far out that no line of
+/// sight leads there. Thread: render (Camera posts the gestures).
 class VRN_VISUAL_API OrbitViewController {
 public:
     OrbitViewController(Camera* cameraIn, const std::string& nameIn);

@@ -88,8 +88,8 @@ void PlaceInWorld(Ogre::Node& node, const Pos& position) {
     node.setPosition(local);
 }
 
-// Ogre lets the nodes below know of a move at the next frame only. Their places in the world are
-// read before that: picking takes them once, after the move and before the frame.
+// Ogre lets the nodes below know of a move or a new scale at the next frame only. Their places in
+// the world are read before that: picking takes them once, after the move and before the frame.
 void NoteParentMoved(const Ogre::Node& node) {
     for (Ogre::Node* child : node.getChildren()) {
         child->needUpdate();
@@ -217,6 +217,7 @@ void Visual::setScale(double x, double y, double z) {
     if (!IsFinite(scale))
         throw std::invalid_argument(std::format("the scale of \"{}\" must be finite", getName()));
     node->setScale(ToOgre(scale));
+    NoteParentMoved(*node);
 }
 
 void Visual::resetAppearance() {

@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <stdexcept>
+#include <utility>
 
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
@@ -80,13 +81,8 @@ void Scene::detachGui(GuiVisual* gui) {
 bool Scene::releaseAttachedGui(const Visual* dying) {
     const Visual* above = attachedGui;
     while (above && above != dying) above = above->getParent();
-    if (above) {
-        // The host keeps its handle: that goes on living, attached to nothing.
-        const bool isHandle = attachedGui == dying;
-        Release(attachedGui);
-        attachedGui = nullptr;
-        return isHandle;
-    }
+    // What the handle hangs on goes, the handle goes on living, attached to nothing.
+    if (above) Release(std::exchange(attachedGui, nullptr));
     return dying->type == VisualType::Helper && ReleaseIfLasting(dying);
 }
 

@@ -7,6 +7,7 @@
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/task/Operation.h"
+#include "visual/handle/GuiVisual.h"
 #include "visual/Visual.h"
 
 namespace vrn::visual {
@@ -20,6 +21,13 @@ constexpr std::array compoundTypes{
     VisualType::Manipulator, VisualType::Tool, VisualType::Device, VisualType::Link,
     VisualType::Assembly,    VisualType::Part, VisualType::Path,   VisualType::MoveInstruction,
     VisualType::WObj};
+
+// Handles are switched by themselves: one that is off is not to be picked when a body is shown.
+void SetSubtreeEnabled(Visual* visual, bool on) {
+    selection::VisualSelection::Get()->setObjectEnabled(visual, on);
+    for (Visual* child : visual->getChildren())
+        if (!dynamic_cast<const GuiVisual*>(child)) SetSubtreeEnabled(child, on);
+}
 
 // Whether the operation runs a path. One that names an operation instead, itself at worst, would be
 // gone through without end.
@@ -90,11 +98,10 @@ void Scene::doSetVisualVisible(std::uint32_t id, bool show) {
     if (found == visuals.end()) return;
     Visual* visual = found->second;
     visual->setVisible(show, /*cascade=*/true);
-    auto* picking = selection::VisualSelection::Get();
     if (std::find(compoundTypes.begin(), compoundTypes.end(), visual->type) != compoundTypes.end())
-        picking->setCompoundObjectEnabled(visual, show);
+        SetSubtreeEnabled(visual, show);
     else
-        picking->setObjectEnabled(visual, show);
+        selection::VisualSelection::Get()->setObjectEnabled(visual, show);
 }
 
 void Scene::doSetTypeVisible(VisualType type, bool show, bool cascade) {

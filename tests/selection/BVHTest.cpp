@@ -244,7 +244,7 @@ TEST_F(Bvh, TheBuilderMakesTheTreeOfALiteralReadingOfItsRules) {
     }
 }
 
-// So far out that a plane between two places falls on one of them: all lie on one side of it.
+// So far out that a plane between two places may fall on one of them.
 TEST_F(Bvh, TheTreeIsTheLiteralOneAlsoWherePlanesAreRoundedAndCentroidsAreNoNumbers) {
     std::mt19937 random(21);
     for (int round = 0; round < 300; ++round) {
@@ -293,6 +293,16 @@ TEST_F(Bvh, CentroidsFurtherApartThanAFloatTellsAreNotCutOffOneByOne) {
         add(Box(i % 2 ? 3e38f : -3e38f, 0, 0, i % 2 ? 3e38f : -3e38f, 0, 0));
     build();
     EXPECT_EQ(below(container.tree.root).size(), container.primitives.size());
+}
+
+TEST_F(Bvh, PlacesThatARoundedPlaneDoesNotPartAreHalvedAndNotCutOffOneByOne) {
+    for (int i = 0; i < 100'000; ++i) add(i % 2 ? 1e9f + 64 : 1e9f, 0, 0, 0);
+    build();
+    EXPECT_EQ(below(container.tree.root).size(), container.primitives.size());
+    int depth = 0;
+    for (const BVHNode* node = container.tree.root; node->type == BVHNode::Type::Inner; ++depth)
+        node = static_cast<const BVHInnerNode*>(node)->right;
+    EXPECT_LE(depth, 17);
 }
 
 TEST_F(Bvh, AnEmptyRangeOfNodesThrows) {

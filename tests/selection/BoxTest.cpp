@@ -238,6 +238,13 @@ TEST(Box, TransformedEmptyBoxStaysEmpty) {
     EXPECT_TRUE(SameBounds(moved, Box()));
 }
 
+TEST(Box, ABoxThatIsEmptyOnOneAxisIsEmptyOnceTransformed) {
+    Box flat;
+    flat.addPoint({std::numeric_limits<float>::quiet_NaN(), 0, 0});
+    flat.addPoint({std::numeric_limits<float>::quiet_NaN(), 10, 5});
+    EXPECT_TRUE(SameBounds(flat.transformed({}), Box()));
+}
+
 TEST(Box, AssignmentTakesTheBoundsAndUpdatesTheCenter) {
     Box stale{0, 0, 0, 2, 2, 2};
     stale.addPoint({4, 0, 0});

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <OgreSceneNode.h>
+#include <limits>
 
 #include "mesh/DynamicLines.h"
 #include "selection/Ray.h"
@@ -179,6 +180,28 @@ TEST_F(LineObjects, TheBoxBoundsTheSegmentsInTheWorldAndFollowsAMoveOnlyWhenItIs
     object.updateWorldBox();
     EXPECT_LT((object.box.min - (before.min - rob::Vec3Template<float>{1000, 0, 0})).length(),
               0.01f);
+}
+
+TEST_F(LineObjects, LinesThatAreDrawnAnewArePickedWhereTheyAre) {
+    LineVisual* shown = line(RenderOpType::LineList, {{0, 0, 0}, {100, 0, 0}});
+    auto* registry = selection::VisualSelection::Get();
+    registry->addLineVisual(shown);
+    shown->update();
+    pump();
+    shown->getLines()[0]->setPoint(1, {600, 0, 0});
+    shown->update();
+    EXPECT_TRUE(registry->dirty);
+    pump();
+    EXPECT_EQ(registry->getObject(shown)->box.max.x, 600);
+    pump();
+    EXPECT_FALSE(registry->dirty);
+}
+
+TEST_F(LineObjects, PointsWithoutANumberOnOneAxisHaveTheEmptyBox) {
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    LineObject object(line(RenderOpType::LineStrip, {{nan, 0, 0}, {nan, 10, 0}}));
+    object.updateWorldBox();
+    EXPECT_FALSE(object.box.isValid());
 }
 
 }  // namespace vrn::test

@@ -86,7 +86,10 @@ private:
                 best = plane;
             }
         }
-        return partition(first, last, axis, static_cast<float>(best + 1) * width + origin);
+        const float split = static_cast<float>(best + 1) * width + origin;
+        // Rounded onto the lowest centroid, the plane parts nothing.
+        if (split <= origin) return (first + last) >> 1;
+        return partition(first, last, axis, split);
     }
 
     unsigned partition(unsigned first, unsigned last, unsigned axis, float split) {

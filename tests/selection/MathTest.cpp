@@ -143,6 +143,12 @@ TEST(TriangleTriangle, ANanNeverThrows) {
     EXPECT_NO_THROW((void)Math::Intersect(broken, ground));
 }
 
+TEST(TriangleTriangle, ANanMeetsNothing) {
+    const Triangle broken{{nan, 100, 500}, {100, 100, 500}, {100, 101, 500}};
+    EXPECT_FALSE(Math::Intersect(ground, broken));
+    EXPECT_FALSE(Math::Intersect(broken, ground));
+}
+
 TEST(TrianIntervals, TheVertexAloneOnItsSideLeads) {
     const auto lead = [](float d0, float d1, float d2) {
         return Math::computeTrianIntervals(10, 20, 40, d0, d1, d2, d0 * d1 > 0, d0 * d2 > 0);
@@ -308,6 +314,12 @@ TEST(LineTriangle, ANanInTheTriangleDoesNotHit) {
         Math::Intersect(Line{{1, 1, 1}, {1, 1, -1}}, {{nan, 0, 0}, {10, 0, 0}, {0, 10, 0}}).hit);
 }
 
+TEST(LineTriangle, ALineFarFromATriangleWithANanDoesNotCrossItsOtherEdges) {
+    EXPECT_FALSE(
+        Math::Intersect(Line{{5, 0, 100}, {5, 10, 200}}, {{nan, 0, 0}, {10, 0, 0}, {0, 10, 0}})
+            .hit);
+}
+
 TEST(LineInPlane, ALineThatStartsInsideHitsAtZero) {
     const Result hit = Math::lineToTriangle2D({{1, 1, 0}, {20, 1, 0}}, ground);
     ASSERT_TRUE(hit.hit);
@@ -381,7 +393,7 @@ TEST(SegmentSegment, APointOnTheLineWithinAThousandthCountsAsOnIt) {
     EXPECT_FALSE(pointAt(-0.001f));
 }
 
-TEST(SegmentSegment, AFirstSegmentWithoutExtentNeverHitsAlongItself) {
+TEST(SegmentSegment, TwoSegmentsAtOnePointAreNoHit) {
     EXPECT_FALSE(Math::edgeToEdge2D({1, 0}, {1, 0}, {1, 0}, {1, 0}).hit);
 }
 

@@ -231,6 +231,30 @@ TEST_F(MeshObjectTest, AMeshFlattenedToNothingIsNeverHit) {
     EXPECT_FALSE(object.intersect(Ray{{2, 3, 100}, {0.6f, 0, -0.8f}}).hit);
 }
 
+TEST_F(MeshObjectTest, AContactTestPassesOverAMeshFlattenedToNothing) {
+    shown->setScale(1, 1, 0);
+    MeshObject object(shown);
+    object.updateWorldBox();
+    EXPECT_FALSE(object.intersect(Line{{2, 2, 0}, {2, 2, 10}}).hit);
+    EXPECT_FALSE(object.intersect(Line{{2, 2, -10}, {2, 2, 10}}).hit);
+}
+
+TEST_F(MeshObjectTest, AVisualThatShowsAnotherMeshIsPickedAsItLooks) {
+    auto* other = new visual::Mesh("MeshObjectTest other");
+    other->vertices = {{500, 0, 0}, {520, 0, 0}, {500, 20, 0}};
+    other->indices = {0, 1, 2};
+    visual::MeshManager::Get()->addMesh(other);
+    auto* registry = VisualSelection::Get();
+    registry->addMeshVisual(shown, /*detectable=*/true, /*priority=*/false);
+    pump();
+    shown->attachMesh(other->name);
+    EXPECT_TRUE(registry->dirty);
+    pump();
+    EXPECT_NEAR(registry->getObject(shown)->box.min.x, 500, 1);
+    top->clearChildren();
+    visual::MeshManager::Get()->deleteMesh(other);
+}
+
 TEST_F(MeshObjectTest, ARayOfNaNHitsNothing) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     MeshObject object(shown);

@@ -55,7 +55,7 @@ constexpr float inf = std::numeric_limits<float>::infinity();
 class ToldObject : public selection::SelectableObject {
 public:
     ToldObject(Visual* shown, float hitDistance, bool first)
-        : SelectableObject(shown, selection::ObjectKind::Mesh), distance(hitDistance) {
+        : SelectableObject(shown, selection::ObjectKind::Mfg), distance(hitDistance) {
         priority = first;
         box.set(-1000, -1000, -1000, 1000, 1000, 1000);
         worldBoxDirty = false;

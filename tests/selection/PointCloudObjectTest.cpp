@@ -9,6 +9,7 @@
 #include "selection/BVHNode.h"
 #include "selection/Ray.h"
 #include "selection/SensitivePoints.h"
+#include "selection/VisualSelection.h"
 #include "suite/layout/PointCloud.h"
 #include "tests/support/EngineFixture.h"
 #include "visual/geometry/PointCloudVisual.h"
@@ -127,6 +128,27 @@ TEST_F(PointCloudObjects, ARayTellsVisualIndexAndPlaceInTheWorldAndNeitherPoseNo
     EXPECT_NEAR(hit.distance, std::hypot(100, 1), 1e-3);
     EXPECT_EQ(hit.pose, rob::PoseTemplate<float>());
     EXPECT_TRUE(hit.shape.IsNull());
+}
+
+TEST_F(PointCloudObjects, APointThatTheCloudHasNoMoreIsPassedOver) {
+    auto* scan = model.make<layout::PointCloud>("scan", AlongX(50));
+    cloud = PointCloudVisual::Build(scene().root, scan);
+    PointCloudObject object(cloud);
+    object.updateWorldBox();
+    scan->points.resize(10);
+    EXPECT_FALSE(object.intersect(Ray{{30, 0, 100}, {0, 0, -1}}).hit);
+    EXPECT_TRUE(object.intersect(Ray{{9, 0, 100}, {0, 0, -1}}).hit);
+}
+
+TEST_F(PointCloudObjects, ACloudThatIsDrawnAnewIsPickedAsItIsThen) {
+    auto* scan = model.make<layout::PointCloud>("scan", AlongX(50));
+    cloud = PointCloudVisual::Build(scene().root, scan);
+    pump();
+    scan->points = AlongX(200);
+    cloud->updateRenderPrimitive();
+    pump();
+    auto& object = *selection::VisualSelection::Get()->getObject(cloud);
+    EXPECT_EQ(object.intersect(Ray{{190, 0, 100}, {0, 0, -1}}).index, 190);
 }
 
 TEST_F(PointCloudObjects, CoincidentPointsAreCutIntoRunsInTheirOrder) {

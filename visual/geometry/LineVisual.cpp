@@ -1,6 +1,7 @@
 #include "visual/geometry/LineVisual.h"
 
 #include "mesh/DynamicLines.h"
+#include "selection/VisualSelection.h"
 
 namespace vrn::visual {
 
@@ -16,6 +17,7 @@ DynamicLines* LineVisual::createDynamicLine(RenderOpType op) {
 void LineVisual::update() {
     if (!visible) return;
     for (const auto& line : lines) line->update();
+    if (auto* picking = selection::VisualSelection::Get()) picking->rebuild(this);
 }
 
 void LineVisual::setVisible(bool show, bool cascade) {

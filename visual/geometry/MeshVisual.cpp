@@ -94,9 +94,11 @@ void MeshVisual::showMesh(const std::string& name) {
     entity = shown;
     meshName = name;
     entity->setRenderQueueGroup(solidQueueGroup);
+    entity->setVisible(visible);
     attachObject(entity);
     setColor({1, 1, 1},
              1.0f);  // never left unset: it would take the value of what was drawn before
+    if (auto* picking = selection::VisualSelection::Get()) picking->rebuild(this);
 }
 
 void MeshVisual::setColor(const rob::ColorTemplate<float>& color, float alpha) {

@@ -36,12 +36,17 @@ PointCloudVisual* PointCloudVisual::Build(Visual* parent, sdf::SdfNode* modelNod
 
 void PointCloudVisual::setSelectedIndices(const std::vector<unsigned long>& indices) {
     selectedIndices = {indices.begin(), indices.end()};
-    updateRenderPrimitive();
+    draw();
 }
 
 void PointCloudVisual::setUnselectedVisible(bool show) { unselectedHidden = !show; }
 
 void PointCloudVisual::updateRenderPrimitive() {
+    draw();
+    selection::VisualSelection::Get()->rebuild(this);
+}
+
+void PointCloudVisual::draw() {
     if (manualObject)
         manualObject->clear();
     else
@@ -70,7 +75,7 @@ void PointCloudVisual::updateRegistration() {
 
 void PointCloudVisual::resetAppearance() {
     selectedIndices.clear();
-    updateRenderPrimitive();
+    draw();
 }
 
 Box PointCloudVisual::getBoundingBox() const {

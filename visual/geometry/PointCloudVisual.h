@@ -35,9 +35,9 @@ public:
     void setSelectedIndices(const std::vector<unsigned long>& indices);
     /// Takes effect when the cloud is next drawn anew.
     void setUnselectedVisible(bool show);
-    /// Draws the cloud anew: all points, or only the selected ones while the others are hidden, and
-    /// the selected ones once more over it. A cloud without points leaves the selection, one with
-    /// points enters it.
+    /// For points that changed. Draws the cloud anew: all points, or only the selected ones while
+    /// the others are hidden, and the selected ones once more over it. A cloud without points
+    /// leaves the selection, one with points enters it or is picked as it is now.
     void updateRenderPrimitive();
 
     /// Selects nothing and draws the cloud anew.
@@ -57,6 +57,7 @@ public:
     static constexpr rob::ColorTemplate<float> selectedColor{1, 0.5f, 0};
 
 private:
+    void draw();
     [[nodiscard]] std::vector<rob::PosTemplate<float>> selectedPoints() const;
     void updateRegistration();
 

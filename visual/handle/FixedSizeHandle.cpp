@@ -1,5 +1,7 @@
 #include "visual/handle/FixedSizeHandle.h"
 
+#include <cmath>
+
 #include <OgreSceneNode.h>
 
 #include "engine/LiveSetting.h"
@@ -59,9 +61,10 @@ void FixedSizeHandle::updateScale() {
     const float distance = (gCamera->getWorldPosition() - getWorldPosition()).length();
     const auto scale =
         static_cast<float>(static_cast<double>(distance) * scalePerDistance * HandleScale());
-    // Every picture comes by here: a mark each time would keep picking from ever being up to date.
+    // Every picture comes by here: a mark each time would keep picking from ever being up to date,
+    // and what is refused would end it.
     const Ogre::Vector3 wanted(scale, scale, scale);
-    if (node->getScale() == wanted) return;
+    if (node->getScale() == wanted || !std::isfinite(scale)) return;
     setScale(scale, scale, scale);
     if (isRegisteredInSelection()) NoteNewSize(this);
 }

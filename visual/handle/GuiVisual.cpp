@@ -3,6 +3,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "engine/Scene.h"
 #include "selection/Plane.h"
 #include "view/Camera.h"
 
@@ -49,7 +50,15 @@ rob::PosTemplate<float> Meet(const Plane& plane, const SightLine& line) {
 
 }  // namespace
 
-GuiVisual::GuiVisual(const std::string& name) : Visual(name) { type = VisualType::Helper; }
+GuiVisual::GuiVisual(const std::string& name) : Visual(name) {
+    type = VisualType::Helper;
+    walkStop = true;
+}
+
+GuiVisual::~GuiVisual() {
+    Scene* const scene = Scene::Get();
+    if (scene && scene->attachedGui == this) scene->attachedGui = nullptr;
+}
 
 Vec GuiVisual::MouseDisplacement(const rob::Vec2Template<float>& from,
                                  const rob::Vec2Template<float>& to,

@@ -6,11 +6,14 @@
 
 namespace vrn::visual {
 
-/// Base of everything that the user drags in the viewport. Thread: render.
+/// Base of everything that the user drags in the viewport. It is switched on and off by itself:
+/// what it hangs on may be hidden and shown without it. Thread: render.
 class VRN_VISUAL_API GuiVisual : public Visual {
 public:
     /// A free node named `name`: it is drawn once it is attached to another visual.
     explicit GuiVisual(const std::string& name);
+    /// The scene's attached handle is none any more if it was this.
+    ~GuiVisual() override;
 
     /// How far a handle follows the mouse from one pixel to another, in the world. `pose` is the
     /// handle's place in the world, and a component of `axes` above 0 marks an axis of it that is

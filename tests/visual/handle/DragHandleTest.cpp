@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <OgreEntity.h>
+#include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
 #include <OgreSubEntity.h>
 
@@ -313,6 +314,69 @@ TEST_F(DragHandleTest, SurvivesAlsoWhenAnotherHandleHasTakenItsPlaceAsTheAttache
     EXPECT_EQ(scene().attachedGui, other);
     EXPECT_EQ(other->getParent(), scene().root);
     other->detach();
+}
+
+TEST_F(DragHandleTest, SurvivesItsOwnDeletionAlsoWhileItCarriesAnotherHandle) {
+    auto* const other = visual::VectorHandle::Get();
+    scene().attachGuiTo(other, scene().root, {});
+    scene().attachGuiTo(handle, other, {});
+    pump();
+    scene().deleteVisual(other);
+    EXPECT_EQ(visual::VectorHandle::Get(), other);
+    EXPECT_TRUE(scene().sceneManager->hasSceneNode("VectorHandle"));
+    EXPECT_EQ(other->getParent(), nullptr);
+    EXPECT_EQ(handle->getParent(), nullptr);
+    EXPECT_EQ(scene().attachedGui, nullptr);
+}
+
+TEST_F(DragHandleTest, DetachingAnyHandleLeavesTheSceneWithoutAnAttachedOne) {
+    auto* const other = visual::VectorHandle::Get();
+    scene().attachGuiTo(other, scene().root, {});
+    scene().attachGuiTo(handle, scene().root, {});
+    scene().detachGui(other);
+    pump();
+    EXPECT_EQ(other->getParent(), nullptr);
+    EXPECT_EQ(handle->getParent(), scene().root);
+    EXPECT_EQ(scene().attachedGui, nullptr);
+}
+
+TEST_F(DragHandleTest, HidingAndShowingWhatItHangsOnSwitchesNoneOfItsParts) {
+    Visual* part = showBoxPart("carrier");
+    scene().attachGuiTo(handle, part->id, {});
+    scene().hideDragHandle();
+    scene().setVisualVisible(part->id, false);
+    scene().setVisualVisible(part->id, true);
+    pump();
+    EXPECT_EQ(shownParts(), "---------");
+    EXPECT_FALSE(VisualSelection::Get()->getObject(handle->handleX)->enabled);
+
+    scene().showDragHandle();
+    VisualSelection::Get()->setCompoundObjectEnabled(handle, true);
+    scene().setVisualVisible(part->id, false);
+    pump();
+    EXPECT_EQ(shownParts(), "xxxxxx---");
+    EXPECT_TRUE(VisualSelection::Get()->getObject(handle->handleX)->enabled);
+}
+
+TEST_F(DragHandleTest, ACollisionOfWhatItHangsOnLeavesItsLooks) {
+    Visual* part = showBoxPart("carrier");
+    scene().attachGuiTo(handle, part->id, {});
+    scene().setCollision(part->id, true);
+    pump();
+    EXPECT_EQ(handle->handleX->getEntity()->getSubEntity(0)->getMaterialName(), "Axis");
+}
+
+TEST_F(DragHandleTest, AnEngagedRingIsPickedInItsLongerForm) {
+    scene().attachGuiTo(handle, scene().root, {});
+    pump();
+    auto& ring = *VisualSelection::Get()->getObject(handle->handleRoll);
+    const float atRest = ring.box.getArea();
+    handle->setMode(Type::Roll);
+    pump();
+    EXPECT_GT(ring.box.getArea(), 1.5f * atRest);
+    handle->resetMode();
+    pump();
+    EXPECT_FLOAT_EQ(ring.box.getArea(), atRest);
 }
 
 TEST_F(DragHandleTest, DeletingTheAttachedHandleItselfOnlyDetachesIt) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <OgreEntity.h>
+#include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
 #include <OgreSubEntity.h>
 
@@ -72,12 +73,6 @@ TEST_F(FixedSizeHandleTest, ASettingOutOfRangeIsIgnoredAndNotClamped) {
     }
 }
 
-TEST_F(FixedSizeHandleTest, TheSettingIsStoredAtOnceAndAFrameAskedFor) {
-    scene().setHandleScale(3);
-    EXPECT_EQ(scene().settings.handleScale, 3.0f);
-    EXPECT_NO_THROW(scene().processMsgs());
-}
-
 TEST_F(FixedSizeHandleTest, GrowsWithAScaledParent) {
     visual::Visual carrier(scene().root);
     carrier.setScale(2, 2, 2);
@@ -137,6 +132,47 @@ TEST_F(FixedSizeHandleTest,
     selection->setCompoundObjectEnabled(handle.get(), true);
     pump();
     EXPECT_EQ(selection->select(at.x, at.y).visual, part);
+}
+
+TEST_F(FixedSizeHandleTest, ANewSizeThatNoPictureHasShownYetIsPickedAtOnce) {
+    handle->registerToSelection(true);
+    frame();
+    pump();
+    lookFrom({0, -8000, 0}, {0, 0, 0});
+    handle->updateScale();
+    VisualSelection::Get()->update();
+    const auto at = project({2 * 230.0f, 0, 0});
+    EXPECT_EQ(VisualSelection::Get()->select(at.x, at.y).visual, part);
+}
+
+TEST_F(FixedSizeHandleTest, AHandleTooFarAwayForASizeKeepsTheOneItHasAndEndsNoPicture) {
+    const float before = scale();
+    handle->setPosition(1e20f, 0, 0);
+    EXPECT_NO_THROW(frame());
+    EXPECT_EQ(handle->node->getScale().x, before);
+}
+
+TEST_F(FixedSizeHandleTest, AHandleOfTheHostThatDiesIsTheAttachedOneNoMore) {
+    auto* own = new FixedSizeHandle("own", nullptr);
+    scene().attachGuiTo(own, scene().root, {});
+    pump();
+    scene().deleteVisual(own);
+    EXPECT_EQ(scene().attachedGui, nullptr);
+    EXPECT_FALSE(scene().sceneManager->hasSceneNode("own"));
+
+    auto second = std::make_unique<FixedSizeHandle>("own", nullptr);
+    scene().attachGuiTo(second.get(), scene().root, {});
+    pump();
+    second.reset();
+    EXPECT_EQ(scene().attachedGui, nullptr);
+}
+
+TEST_F(FixedSizeHandleTest, AHiddenPartTakesAnotherFormWithoutBeingShown) {
+    part->setVisible(false, true);
+    part->showHandleMesh("DragHandleY");
+    EXPECT_FALSE(part->getEntity()->isVisible());
+    part->setVisible(true, true);
+    EXPECT_TRUE(part->getEntity()->isVisible());
 }
 
 TEST_F(FixedSizeHandleTest, ADeletedHandleIsAskedForNoSizeAndIsRegisteredNoMore) {
