@@ -51,7 +51,9 @@ public:
 
     /// The handle, made at the first call; it lives until the process ends.
     static DragHandle* Get();
-    /// Registers it with priority, and not to be picked until the host enables it.
+    /// Registers it with priority, and not to be picked until the host enables it. A host enables
+    /// the parts that are shown: what is enabled is picked whether it is drawn or not, and the
+    /// bands reach far.
     static void Build();
 
     /// Which part a visual is; null is none of them.

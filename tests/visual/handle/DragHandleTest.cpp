@@ -361,6 +361,7 @@ TEST_F(DragHandleTest, HidingAndShowingWhatItHangsOnSwitchesNoneOfItsParts) {
 TEST_F(DragHandleTest, ACollisionOfWhatItHangsOnLeavesItsLooks) {
     Visual* part = showBoxPart("carrier");
     scene().attachGuiTo(handle, part->id, {});
+    pump();
     scene().setCollision(part->id, true);
     pump();
     EXPECT_EQ(handle->handleX->getEntity()->getSubEntity(0)->getMaterialName(), "Axis");
