@@ -179,11 +179,23 @@ TEST_F(WorkEnvelopes, AnEmptyProfileThrowsAndLeavesNothing) {
 TEST_F(WorkEnvelopes, ProfilesThatCannotBeDrawnAreRefused) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     const auto before = traces();
-    EXPECT_THROW(surfaceOf({{nan, 0, 0}, {1, 0, 0}}, 0, halfPi), std::invalid_argument);
+    for (const double bad : {nan, 1e300, 2e38, -1.001e15}) {
+        EXPECT_THROW(surfaceOf({{0, 0, bad}, {1, 0, 0}}, 0, halfPi), std::invalid_argument) << bad;
+        EXPECT_THROW(
+            WorkEnvelope3DVisual::Build(root(), "surface", {{1, 0, 0}}, {{bad, 0, 0}}, 0, halfPi),
+            std::invalid_argument)
+            << bad;
+    }
     EXPECT_THROW(surfaceOf(profile, 0, static_cast<float>(nan)), std::invalid_argument);
     EXPECT_THROW(WorkEnvelope3DVisual::Build(root(), "surface", profile, {{1, 0, 0}}, 0, 1),
                  std::invalid_argument);
     EXPECT_EQ(traces(), before);
+}
+
+TEST_F(WorkEnvelopes, TheFarthestProfileIsDrawn) {
+    constexpr double far = 1e15;
+    surfaceOf({{far, far, -far}, {-far, 0, far}}, 0, halfPi)->setVisible(true, true);
+    EXPECT_NO_THROW(frame());
 }
 
 TEST_F(WorkEnvelopes, TheSurfaceShowsTheMaterialOfSurfacesAndStartsHidden) {

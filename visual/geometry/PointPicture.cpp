@@ -17,7 +17,14 @@ constexpr std::size_t colourParameter = 0;
 
 // The engine takes sums and differences of bounds, turns and scales them, and aborts on what
 // overflows.
-constexpr float farthest = 1e15f;
+constexpr double farthest = 1e15;
+
+// Each comparison is false for a coordinate that is no number.
+template <class T>
+bool IsNear(const rob::PosTemplate<T>& p) {
+    constexpr auto most = static_cast<T>(farthest);
+    return std::abs(p.x) <= most && std::abs(p.y) <= most && std::abs(p.z) <= most;
+}
 
 Ogre::Vector4 Parameter(const rob::ColorTemplate<float>& color, float alpha) {
     return {color.r, color.g, color.b, alpha};
@@ -53,16 +60,14 @@ public:
     }
 
 private:
-    float lowest = farthest;
-    float highest = -farthest;
+    float lowest = static_cast<float>(farthest);
+    float highest = static_cast<float>(-farthest);
 };
 
 }  // namespace
 
-// Each comparison is false for a coordinate that is no number.
-bool IsDrawable(const rob::PosTemplate<float>& p) {
-    return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::abs(p.z) <= farthest;
-}
+bool IsDrawable(const rob::PosTemplate<float>& point) { return IsNear(point); }
+bool IsDrawable(const rob::PosTemplate<double>& point) { return IsNear(point); }
 
 Ogre::ManualObject* MakePointPicture(Visual* visual) {
     Ogre::ManualObject* picture = visual->node->getCreator()->createManualObject();

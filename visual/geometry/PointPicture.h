@@ -16,6 +16,7 @@ class Visual;
 /// Whether a picture shows the point: false if it is not finite or lies beyond 1e15 on an axis.
 /// Thread: pure.
 [[nodiscard]] bool IsDrawable(const rob::PosTemplate<float>& point);
+[[nodiscard]] bool IsDrawable(const rob::PosTemplate<double>& point);
 
 /// A picture of points on the visual's node, empty yet. The visual owns it and has to destroy it.
 /// Thread: render.

@@ -11,29 +11,27 @@
 #include <OgreSceneManager.h>
 
 #include "engine/Scene.h"
+#include "visual/geometry/PointPicture.h"
 
 namespace vrn::visual {
 
 namespace {
 
-using Points = std::vector<rob::PosTemplate<double>>;
+using Point = rob::PosTemplate<double>;
+using Points = std::vector<Point>;
 using Normals = std::vector<rob::DirTemplate<double>>;
-using Vec = rob::Vec3Template<double>;
-
-bool IsFinite(const Vec& v) {
-    const rob::Vec3Template<float> shown(v);
-    return std::isfinite(shown.x) && std::isfinite(shown.y) && std::isfinite(shown.z);
-}
 
 // Ogre's bounds and light are made of these, and one that is no number spoils a whole picture.
 void CheckProfile(const Points& points, const Normals& normals, float minAngle, float maxAngle) {
     if (normals.size() < points.size())
         throw std::invalid_argument(std::format(
             "a profile of {} points needs as many normals, not {}", points.size(), normals.size()));
-    bool finite = std::isfinite(minAngle) && std::isfinite(maxAngle);
-    for (std::size_t j = 0; j < points.size(); ++j)
-        finite = finite && IsFinite(points[j].asVec3()) && IsFinite(normals[j].asVec3());
-    if (!finite) throw std::invalid_argument("a profile must be finite");
+    bool drawable = std::isfinite(minAngle) && std::isfinite(maxAngle);
+    for (std::size_t j = 0; j < points.size(); ++j) {
+        const rob::DirTemplate<double>& n = normals[j];
+        drawable = drawable && IsDrawable(points[j]) && IsDrawable(Point(n.x, n.y, n.z));
+    }
+    if (!drawable) throw std::invalid_argument("a profile must be finite and not beyond 1e15");
 }
 
 void AddRow(Ogre::ManualObject& surface, const Points& points, const Normals& normals,

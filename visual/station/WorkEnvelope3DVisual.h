@@ -36,8 +36,8 @@ public:
     /// Draws the surface in place of the one so far: steps + 1 rows of the profile, turned by
     /// `minAngle` to `maxAngle` radians, with a normal for each of its points. One point draws
     /// nothing. Throws std::out_of_range without points, and std::invalid_argument for fewer
-    /// normals than points or a number that is not finite in single precision; then there is no
-    /// surface.
+    /// normals than points, an angle that is not finite, and a coordinate of a point or a normal
+    /// that is not finite or lies beyond 1e15; then there is no surface.
     void createRevolvedSurface(const std::vector<rob::PosTemplate<double>>& points,
                                const std::vector<rob::DirTemplate<double>>& normals, float minAngle,
                                float maxAngle);

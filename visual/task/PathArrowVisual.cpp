@@ -10,6 +10,7 @@
 #include <OgreInstanceManager.h>
 
 #include "engine/Scene.h"
+#include "visual/geometry/PointPicture.h"
 #include "visual/station/InstanceMaterial.h"
 
 namespace vrn::visual {
@@ -36,6 +37,10 @@ PathArrowVisual::~PathArrowVisual() { entity->_getOwner()->removeInstancedEntity
 void PathArrowVisual::setVisible(bool show, bool /*cascade*/) { entity->setVisible(show); }
 
 void PathArrowVisual::setScale(double x, double y, double z) {
+    // The engine takes a bound that is no number for a bug of its own, and stops.
+    if (!IsDrawable(rob::PosTemplate<double>(x, y, z)))
+        throw std::invalid_argument(
+            "the scale of an arrow on a path must be finite and not beyond 1e15");
     entity->setScale(Ogre::Vector3(static_cast<Ogre::Real>(x), static_cast<Ogre::Real>(y),
                                    static_cast<Ogre::Real>(z)),
                      /*doUpdate=*/true);

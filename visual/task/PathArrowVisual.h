@@ -19,7 +19,8 @@ public:
 
     /// The instance alone: node, children and the flag stay as they are.
     void setVisible(bool show, bool cascade) override;
-    /// Of the instance, not of the node.
+    /// Of the instance, not of the node. Throws std::invalid_argument, and changes nothing, for a
+    /// component that is not finite or lies beyond 1e15.
     void setScale(double x, double y, double z) override;
 
     [[nodiscard]] const Ogre::InstancedEntity* getEntity() const { return entity; }

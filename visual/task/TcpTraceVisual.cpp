@@ -1,6 +1,5 @@
 #include "visual/task/TcpTraceVisual.h"
 
-#include <cmath>
 #include <stdexcept>
 
 #include <OgreManualObject.h>
@@ -8,6 +7,7 @@
 #include <OgreSceneManager.h>
 
 #include "engine/Scene.h"
+#include "visual/geometry/PointPicture.h"
 
 namespace vrn::visual {
 
@@ -37,10 +37,9 @@ TcpTraceVisual::~TcpTraceVisual() { Scene::Get()->sceneManager->destroyMovableOb
 
 void TcpTraceVisual::addColorPoint(const rob::PosTemplate<double>& pos,
                                    const rob::ColorTemplate<float>& color) {
-    const rob::PosTemplate<float> drawn(pos);
     // The engine takes a bound that is no number for a bug of its own, and stops.
-    if (!std::isfinite(drawn.x) || !std::isfinite(drawn.y) || !std::isfinite(drawn.z))
-        throw std::invalid_argument("a point of a trace must be finite");
+    if (!IsDrawable(pos))
+        throw std::invalid_argument("a point of a trace must be finite and not beyond 1e15");
     points.push_back({pos, color});
     update();
 }

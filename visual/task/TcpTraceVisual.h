@@ -23,7 +23,7 @@ public:
 
     /// Appends a point, in the parent's frame and model units, and sends the whole trace to the
     /// graphics card again. Throws std::invalid_argument, and changes nothing, for a coordinate
-    /// that is not finite in single precision.
+    /// that is not finite or lies beyond 1e15.
     void addColorPoint(const rob::PosTemplate<double>& pos, const rob::ColorTemplate<float>& color);
     /// Sends the whole trace again. A single point draws nothing.
     void update() override;

@@ -129,12 +129,14 @@ TEST_F(Traces, ColoursChangeFromPointToPointAndBlendInBetween) {
     EXPECT_NEAR(at(75).r, 64, 12);
 }
 
-TEST_F(Traces, APointThatIsNotFiniteIsRefusedAndChangesNothing) {
+TEST_F(Traces, APointThatCannotBeDrawnIsRefusedAndChangesNothing) {
     trace->addColorPoint({0, 0, 0}, red);
-    for (const double bad :
-         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 1e300})
-        EXPECT_THROW(trace->addColorPoint({0, bad, 0}, red), std::invalid_argument);
+    for (const double bad : {std::numeric_limits<double>::quiet_NaN(),
+                             std::numeric_limits<double>::infinity(), 1e300, 2e38, -1.001e15})
+        EXPECT_THROW(trace->addColorPoint({0, bad, 0}, red), std::invalid_argument) << bad;
     EXPECT_EQ(trace->getPointCount(), 1u);
+    EXPECT_NO_THROW(trace->addColorPoint({1e15, -1e15, 1e15}, red));
+    EXPECT_NO_THROW(frame());
 }
 
 TEST_F(Traces, ThereIsOneAtATime) {
