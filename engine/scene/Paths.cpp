@@ -52,12 +52,15 @@ std::vector<std::uint32_t> MoveIds(const Scene& scene) {
     return ids;
 }
 
-}  // namespace
-
-Visual* Scene::findMoveParent(std::uint32_t parentId) const {
-    if (parentId == 0 || parentId == smartcomp::StationLogic::inst()->id) return root;
-    return visuals.at(parentId);
+// What the move's visual hangs under. A task may stand in the station itself and not on anything of
+// it. A target given by a pose has no place without the object frame that it is given in.
+Visual* FindMoveParent(const Scene& scene, const task::MoveInst& move, std::uint32_t parentId) {
+    const bool isStation = parentId == 0 || parentId == smartcomp::StationLogic::inst()->id;
+    if (isStation && !move.isRobTargetInst()) return scene.root;
+    return scene.visuals.at(parentId);
 }
+
+}  // namespace
 
 void Scene::buildPaths(const task::Task& job) {
     Visual* parent = nullptr;
@@ -67,7 +70,9 @@ void Scene::buildPaths(const task::Task& job) {
         task::MoveInst* prev = nullptr;
         for (task::MoveInst* move : path->getMoveInstructions()) {
             const std::uint32_t wanted = MoveParentId(*move);
-            if (!parent || wanted != parentId) parent = findMoveParent(parentId = wanted);
+            // 0 is the root for one move and nothing for another.
+            if (wanted == 0 || wanted != parentId)
+                parent = FindMoveParent(*this, *move, parentId = wanted);
             MoveInstructionVisual::Build(parent, prev, move);
             prev = move;
         }
@@ -81,9 +86,9 @@ void Scene::addPath(task::Path* path) {
     for (task::MoveInst* move : path->getMoveInstructions()) {
         // The answer is not kept: by the time of the task that visual may be gone.
         const std::uint32_t parentId = MoveParentId(*move);
-        static_cast<void>(findMoveParent(parentId));
+        static_cast<void>(FindMoveParent(*this, *move, parentId));
         post([this, parentId, prev, move] {
-            MoveInstructionVisual::Build(findMoveParent(parentId), prev, move);
+            MoveInstructionVisual::Build(FindMoveParent(*this, *move, parentId), prev, move);
         });
         prev = move;
     }
@@ -120,7 +125,7 @@ void Scene::removePathVisual(std::uint32_t id) {
 void Scene::buildMoveInstruction(task::MoveInst* move) {
     const std::uint32_t parentId = MoveParentId(*RequireMove(move));
     post([this, parentId, move] {
-        MoveInstructionVisual::Build(findMoveParent(parentId), nullptr, move);
+        MoveInstructionVisual::Build(FindMoveParent(*this, *move, parentId), nullptr, move);
     });
 }
 
@@ -130,7 +135,7 @@ void Scene::buildMoveInstructions(
     if (moves.empty()) return;
     post([this, moves = std::move(moves)] {
         for (const auto& [prev, cur, parentId] : moves)
-            MoveInstructionVisual::Build(findMoveParent(parentId), prev, cur);
+            MoveInstructionVisual::Build(FindMoveParent(*this, *cur, parentId), prev, cur);
         const task::Path* path = std::get<1>(moves.back())->getPath();
         const auto found = visuals.find(path ? path->id : 0);
         if (found == visuals.end()) return;

@@ -26,12 +26,12 @@ namespace vrn::visual {
 [[nodiscard]] bool MakeArc(const rob::PosTemplate<float>& start, const rob::PosTemplate<float>& via,
                            const rob::PosTemplate<float>& end);
 
-/// The id of the object frame that the move's target is given in; 0, which no visual has, if the
-/// work object has ended or is without one.
+/// The id of the object frame that the move's target is given in; 0, under which no visual is
+/// registered, if the work object has ended or is without one.
 [[nodiscard]] std::uint32_t ObjectFrameId(const task::MoveInst& move);
 
-/// The id under which the visual of the move's parent is looked up: that of the object frame for a
-/// target given by a pose, else the parent of the move's task, where 0 stands for the root.
+/// The id under which the visual of the move's parent is looked up: ObjectFrameId for a target
+/// given by a pose, else the parent of the move's task, where 0 stands for the root.
 [[nodiscard]] std::uint32_t MoveParentId(const task::MoveInst& move);
 
 }  // namespace vrn::visual

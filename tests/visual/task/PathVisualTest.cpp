@@ -549,6 +549,15 @@ TEST_F(Paths, AMoveToAJointTargetOfATaskOfTheStationHangsUnderTheRoot) {
     expectUnknownKeyInTask();
 }
 
+TEST_F(Paths, AMoveWithoutAnObjectFrameThrowsAlsoBehindOneThatHangsUnderTheRoot) {
+    const task::MoveInst* joints = addJointTarget({0, 0, 0});
+    const task::MoveInst* bare = addIn(model.make<task::WObjDataItem>("bare"), {0, 0, 0});
+    scene().addTask(job->id);
+    expectUnknownKeyInTask();
+    EXPECT_EQ(visualOf(joints)->getParent(), root());
+    EXPECT_FALSE(scene().visuals.contains(bare->id));
+}
+
 TEST_F(Paths, ATaskBringsItsPathsAfterItsWorkObjects) {
     auto* whole = model.make<task::Task>("whole");
     auto* item = model.make<task::WObjDataItem>("wobj");
