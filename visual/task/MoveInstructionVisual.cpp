@@ -62,6 +62,7 @@ void MoveInstructionVisual::updateParent(std::uint32_t parentId) {
 void MoveInstructionVisual::drawTargetVisual() {
     if (LoadLive(Scene::Get()->settings.drawTargetVisual)) {
         buildTriads();
+        if (!visible) showTriads(false);
         Scene::Get()->requestUpdate();
     } else {
         removeTargetVisual();
@@ -142,6 +143,7 @@ void MoveInstructionVisual::createArrow(const Pos& pos, const Dir& dir, double l
     if (scale < 1.0) pathArrow->setScale(scale, scale, scale);
     pathArrow->setPosition(pos);
     pathArrow->setRotation(turn);
+    if (!visible) pathArrow->setVisible(false, /*cascade=*/false);
 }
 
 void MoveInstructionVisual::forgetChild(const Visual* child) {
@@ -152,12 +154,16 @@ void MoveInstructionVisual::forgetChild(const Visual* child) {
 
 void MoveInstructionVisual::setVisible(bool show, bool /*cascade*/) {
     Visual::setVisible(show, /*cascade=*/false);
+    showTriads(show);
+    if (pathArrow) pathArrow->setVisible(show, /*cascade=*/false);
+}
+
+void MoveInstructionVisual::showTriads(bool show) {
     for (Visual* triad : {static_cast<Visual*>(targetVisual), static_cast<Visual*>(circleVisual)}) {
         if (!triad) continue;
         triad->setVisible(show, /*cascade=*/false);
         selection::VisualSelection::Get()->setObjectEnabled(triad, show);
     }
-    if (pathArrow) pathArrow->setVisible(show, /*cascade=*/false);
 }
 
 void MoveInstructionVisual::resetAppearance() {

@@ -68,7 +68,8 @@ public:
     void createArrow(const rob::PosTemplate<float>& pos, const rob::DirTemplate<float>& dir,
                      double length);
 
-    /// This visual, the triads and the arrow; `cascade` is ignored. A hidden triad is not picked.
+    /// This visual, the triads and the arrow, also those that are made later; `cascade` is ignored.
+    /// A hidden triad is not picked.
     void setVisible(bool show, bool cascade) override;
     /// The first two reach triads and arrow, the others the triads alone.
     void resetAppearance() override;
@@ -90,6 +91,7 @@ protected:
 
 private:
     void buildTriads();
+    void showTriads(bool show);
 
     task::MoveInst* instruction;
     InstanceFrameVisual* targetVisual = nullptr;

@@ -14,6 +14,7 @@
 #include "selection/SelectableObject.h"
 #include "selection/VisualSelection.h"
 #include "suite/broker/SignalBroker.h"
+#include "suite/smart/StationLogic.h"
 #include "tests/visual/task/ProgramFixture.h"
 #include "visual/station/RobtargetVisual.h"
 #include "visual/task/PathArrowVisual.h"
@@ -462,6 +463,17 @@ TEST_F(Moves, HidingAnArrowHidesTheInstanceAloneAndScalingLeavesTheNode) {
     EXPECT_EQ(arrow->node->getScale(), Ogre::Vector3::UNIT_SCALE);
 }
 
+TEST_F(Moves, AScaleThatCannotBeDrawnIsRefusedByAnArrowToo) {
+    auto* arrow = new PathArrowVisual(root());
+    arrow->setScale(0.5, 0.5, 0.5);
+    for (const double bad : {std::numeric_limits<double>::quiet_NaN(),
+                             std::numeric_limits<double>::infinity(), 1e300, 2e38, -1.001e15})
+        EXPECT_THROW(arrow->setScale(1, bad, 1), std::invalid_argument) << bad;
+    EXPECT_EQ(arrow->getEntity()->getScale(), Ogre::Vector3(0.5f));
+    arrow->setScale(1e15, 1e15, 1e15);
+    EXPECT_NO_THROW(frame());
+}
+
 TEST_F(Moves, FiveHundredArrowsFillABatchOfTheirMaterial) {
     auto* first = new PathArrowVisual(root());
     for (int i = 1; i < 500; ++i) new PathArrowVisual(root());
@@ -581,6 +593,30 @@ TEST_F(Moves, ASingleMoveInAWorkObjectThatIsNotShownThrowsInTheTask) {
     expectUnknownKeyInTask();
 }
 
+TEST_F(Moves, AMoveInAWorkObjectThatEndedOrHasNoFrameIsNotShownUnderTheRoot) {
+    task::MoveInst* bare = addIn(model.make<task::WObjDataItem>("bare"), {0, 0, 0});
+    task::MoveInst* gone = addLinear({0, 0, 0});
+    gone->setWObj(task::WObjDataItem("gone"));
+    for (task::MoveInst* move : {bare, gone}) {
+        scene().buildMoveInstruction(move);
+        expectUnknownKeyInTask();
+        EXPECT_FALSE(scene().visuals.contains(move->id));
+    }
+}
+
+TEST_F(Moves, AParentIdOfZeroIsTheRootForAMoveToAJointTargetAlone) {
+    task::MoveInst* joints = addJointTarget({0, 0, 0});
+    scene().buildMoveInstructions({{nullptr, joints, 0}});
+    pump();
+    EXPECT_EQ(visualOf(joints)->getParent(), root());
+    for (const std::uint32_t parentId : {0u, smartcomp::StationLogic::inst()->id}) {
+        task::MoveInst* move = addLinear({0, 0, 0});
+        scene().buildMoveInstructions({{nullptr, move, parentId}});
+        expectUnknownKeyInTask();
+        EXPECT_FALSE(scene().visuals.contains(move->id));
+    }
+}
+
 TEST_F(Moves, SeveralMovesAreShownInOrderAndThePathOfTheLastIsRebuilt) {
     scene().settings.drawPathArrow = true;
     showPath();
@@ -646,6 +682,28 @@ TEST_F(Moves, AHiddenMoveHidesTriadsAndArrowAndIsNotPickedUntilItIsShown) {
         EXPECT_EQ(shown->getPathArrow()->getEntity()->getVisible(), show);
         EXPECT_EQ(picking->getObject(shown->getTargetVisual())->enabled, show);
         EXPECT_EQ(picking->getObject(shown->getCircleVisual())->enabled, show);
+    }
+}
+
+TEST_F(Moves, WhatAHiddenMoveGainsIsHiddenAndNotPickedUntilItIsShown) {
+    scene().settings.drawPathArrow = true;
+    addLinear({0, 0, 0});
+    task::MoveInst* linear = addCircular({20, 20, 0}, {40, 0, 0});
+    task::MoveInst* joints = addJointTarget({10, 20, 30});
+    showPath();
+    for (const bool show : {false, true}) {
+        scene().setVisualVisible(path->id, show);
+        if (!show) scene().updatePath(path->id);
+        if (!show) scene().setDrawTargetVisual(true);
+        pump();
+        EXPECT_EQ(arrowOf(linear)->getEntity()->getVisible(), show);
+        for (InstanceFrameVisual* triad : std::initializer_list<InstanceFrameVisual*>{
+                 visualOfMove(linear)->getTargetVisual(), visualOfMove(linear)->getCircleVisual(),
+                 visualOfMove(joints)->getTargetVisual()}) {
+            EXPECT_EQ(triad->visible, show);
+            EXPECT_EQ(mainOf(triad)->getVisible(), show);
+            EXPECT_EQ(selection::VisualSelection::Get()->getObject(triad)->enabled, show);
+        }
     }
 }
 
