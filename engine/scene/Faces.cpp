@@ -2,7 +2,7 @@
 
 #include "engine/Scene.h"
 #include "engine/scene/NotedVisual.h"
-#include "mesh/MeshManager.h"
+#include "engine/scene/StaleMeshes.h"
 #include "suite/geom/ShapeTools.h"
 #include "suite/sdf/SdfNode.h"
 #include "visual/geometry/SolidVisual.h"
@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
-#include <unordered_set>
 
 namespace vrn::visual {
 
@@ -34,18 +33,6 @@ void PostToSolid(Scene& scene, SolidVisual* solid, Action action) {
 // Null for a visual of another type, also for a plain one that stands for a solid.
 SolidVisual* AsSolid(Visual* visual) {
     return visual->type == VisualType::Solid ? dynamic_cast<SolidVisual*>(visual) : nullptr;
-}
-
-// The names of the meshes that the solids of the scene own or show.
-std::unordered_set<std::string> MeshNamesInUse(const Scene& scene) {
-    std::unordered_set<std::string> names;
-    for (const auto& [id, visual] : scene.visuals) {
-        const auto* solid = dynamic_cast<const SolidVisual*>(visual);
-        if (!solid) continue;
-        names.insert(solid->getMeshName());
-        names.insert(solid->getCurrentMeshName());
-    }
-    return names;
 }
 
 }  // namespace
@@ -138,11 +125,9 @@ void Scene::doUpdateSolidVisual(sdf::SdfNode* modelNode, const TopoDS_Shape& sha
     if (!modelNode) throw std::invalid_argument("the body to show anew must not be null");
     const Visual* former = visuals.at(modelNode->id);
     Visual* parent = former->getParent();
-    const auto* formerSolid = dynamic_cast<const SolidVisual*>(former);
-    const std::string meshName = formerSolid ? formerSolid->getMeshName() : std::string();
+    const std::string meshName = SolidMeshName(former);
     doRemoveVisual(modelNode->id);
-    // The geometry changed under its name: what is left of the old one must not be found again.
-    if (!meshName.empty()) MeshManager::Get()->dropShapeMeshes(meshName, MeshNamesInUse(*this));
+    DropStaleMeshes(*this, meshName);
     SolidVisual::Build(parent ? parent : root, modelNode, shape);
 }
 

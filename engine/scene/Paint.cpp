@@ -2,9 +2,11 @@
 
 #include <deque>
 #include <ranges>
+#include <string>
 #include <vector>
 
 #include "engine/Scene.h"
+#include "engine/scene/StaleMeshes.h"
 #include "mesh/MeshManager.h"
 #include "suite/sdf/SdfNode.h"
 #include "visual/geometry/FacetVisual.h"
@@ -45,11 +47,14 @@ PaintVisual* PaintOn(const Visual* visual) {
     return nullptr;
 }
 
-// Solids and built-in meshes keep no triangles that could be copied.
-bool HasRecordedMesh(const Visual* visual) {
+// Solids and built-in meshes keep no triangles that could be copied. Without normals there is no
+// telling what faces a spray.
+bool IsPaintable(const Visual* visual) {
     if (visual->type != VisualType::Mesh) return false;
     const auto* facet = dynamic_cast<const FacetVisual*>(visual);
-    return facet && MeshManager::Get()->hasMesh(facet->getMeshName());
+    if (!facet || !MeshManager::Get()->hasMesh(facet->getMeshName())) return false;
+    const Mesh* mesh = MeshManager::Get()->getMesh(facet->getMeshName());
+    return mesh->normals.size() == mesh->vertices.size();
 }
 
 }  // namespace
@@ -60,7 +65,7 @@ void Scene::createPaintVisual(unsigned int target, unsigned int sprayId) {
 
 void Scene::doCreatePaintVisual(unsigned int target, unsigned int sprayId) {
     for (Visual* visual : SubtreeOf(*this, target)) {
-        if (!HasRecordedMesh(visual)) continue;
+        if (!IsPaintable(visual)) continue;
         if (PaintVisual* paint = PaintOn(visual))
             paint->addSprayRef(sprayId);
         else
@@ -112,7 +117,9 @@ void Scene::rebuildSprayVisual(sdf::SdfNode* modelNode) {
 
 void Scene::doRebuildSprayVisual(sdf::SdfNode* modelNode) {
     Visual* parent = resolveParentVisual(modelNode);
+    const std::string meshName = SolidMeshName(visuals.at(modelNode->id));
     doRemoveVisual(modelNode->id);
+    DropStaleMeshes(*this, meshName);
     SprayVisual::Build(parent, modelNode);
 }
 

@@ -129,10 +129,12 @@ PaintVisual::PaintVisual(Visual* parent, std::uint32_t sprayId)
 }
 
 PaintVisual::~PaintVisual() {
+    // Told by where they hang: the mesh, and with it the name, may be another one by now.
+    const auto objects = node->getAttachedObjects();
+    for (Ogre::MovableObject* object : objects)
+        if (object->getMovableType() == Ogre::MOT_ENTITY)
+            node->getCreator()->destroyMovableObject(object);
     if (!mesh) return;
-    Ogre::SceneManager* engine = node->getCreator();
-    if (engine->hasMovableObject(mesh->name, Ogre::MOT_ENTITY))
-        engine->destroyMovableObject(mesh->name, Ogre::MOT_ENTITY);
     const MeshManager& manager = *MeshManager::Get();
     if (!copied && manager.hasMesh(mesh->name) && manager.getMesh(mesh->name) == mesh)
         MeshManager::Get()->deleteMesh(mesh);
@@ -152,8 +154,26 @@ PaintVisual* PaintVisual::Build(Visual* target, std::uint32_t sprayId) {
     visual->setMaterial("Spray", "", "");
     visual->resetAppearance();
     Scene::Get()->visuals[visual->id] = visual.get();
-    VisualSelection::Get()->addMeshVisual(visual.get(), /*detectable=*/false, /*priority=*/false);
+    auto* picking = VisualSelection::Get();
+    picking->addMeshVisual(visual.get(), /*detectable=*/false, /*priority=*/false);
+    visual->setVisible(target->visible, /*cascade=*/false);
+    if (picking->hasVisual(target) && !picking->getObject(target)->enabled)
+        picking->setObjectEnabled(visual.get(), false);
     return visual.release();
+}
+
+void PaintVisual::setVisible(bool show, bool cascade) {
+    Visual::setVisible(show, cascade);
+    VisualSelection::Get()->setObjectEnabled(this, show);
+}
+
+void PaintVisual::setMesh(PaintMesh* paintMesh) {
+    mesh = paintMesh;
+    auto* picking = VisualSelection::Get();
+    if (!picking->hasVisual(this)) return;
+    // What picks and sprays go by was built over the mesh before.
+    picking->getObject(this)->bvhBuilt = false;
+    picking->markDirty(this);
 }
 
 void PaintVisual::setPaintColor(float r, float g, float b) { paintColor = {r, g, b, covered}; }

@@ -18,14 +18,20 @@ public:
     /// Deletes the mesh, unless this is a copy.
     ~PaintVisual() override;
 
-    /// Over the mesh of `target`, invisible until it is sprayed; entered in the registry and, so
-    /// that what a spray reaches is found, in the selection. Throws std::bad_cast for a target that
-    /// is no body drawn as one entity, and std::out_of_range, "unordered_map::at", for one whose
-    /// mesh has no record; then nothing is left.
+    /// Over the mesh of `target`, transparent until it is sprayed; entered in the registry and, so
+    /// that what a spray reaches is found, in the selection. Of a target that is hidden, or is not
+    /// to be picked, the paint is neither seen nor picked. Throws std::bad_cast for a target that
+    /// is no body drawn as one entity, std::out_of_range, "unordered_map::at", for one whose mesh
+    /// has no record, and std::invalid_argument for one whose mesh has not a normal for each
+    /// vertex; then nothing is left.
     static PaintVisual* Build(Visual* target, std::uint32_t sprayId);
 
-    /// The mesh to paint on, which is then this visual's.
-    void setMesh(PaintMesh* paintMesh) { mesh = paintMesh; }
+    /// As Visual::setVisible; what is hidden is not picked, and can be sprayed all the same.
+    void setVisible(bool show, bool cascade) override;
+
+    /// The mesh to paint on, which is then this visual's; one before is the caller's again. It is
+    /// what is sprayed and picked from then on, but the picture stays that of the mesh of Build.
+    void setMesh(PaintMesh* paintMesh);
     /// Null before setMesh.
     [[nodiscard]] PaintMesh* getMesh() const { return mesh; }
 
@@ -45,7 +51,8 @@ public:
     ///
     /// Corners are tried triangle by triangle: one outside the box, or that faces away, ends its
     /// triangle, one outside the cone does not. Throws std::bad_optional_access for an id that is
-    /// no spray visual's, and std::out_of_range for a mesh with a vertex that has no normal.
+    /// no spray visual's, std::out_of_range for a mesh with a vertex that has no normal, and
+    /// std::invalid_argument without a mesh.
     void spray(std::uint32_t sprayId, double nearRadius, double farRadius, double height);
 
 private:

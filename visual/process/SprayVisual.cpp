@@ -13,6 +13,8 @@
 #include <optional>
 #include <stdexcept>
 
+#include <OgreException.h>
+
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "suite/geom/ColorInfo.h"
@@ -91,6 +93,11 @@ SprayVisual::SprayVisual(std::uint32_t sprayId, Visual* parent, const TopoDS_Sha
 
 SprayVisual* SprayVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
     if (!modelNode) throw std::invalid_argument("the spray to show must not be null");
+    // The other visuals' nodes bear their names alone, so that the engine refuses a second one.
+    if (Scene::Get()->visuals.contains(modelNode->id))
+        OGRE_EXCEPT(Ogre::Exception::ERR_DUPLICATE_ITEM,
+                    std::format("the spray {} is shown already", modelNode->id),
+                    "SprayVisual::Build");
     const SprayProperties properties = ReadProperties(*modelNode->element);
     const TopoDS_Shape shape = MakeShape(properties);
     auto visual = std::make_unique<SprayVisual>(modelNode->id, parent, shape);

@@ -30,8 +30,8 @@ public:
 
     /// With the model's id and pose, entered in the registry and in the selection. Equal diameters
     /// make a cylinder. Throws std::bad_any_cast for a value of another type, std::invalid_argument
-    /// for null, and OpenCASCADE's Standard_DomainError for lengths that make no body; then nothing
-    /// is left.
+    /// for null, OpenCASCADE's Standard_DomainError for lengths that make no body, and
+    /// Ogre::ItemIdentityException for an object that is shown already; then nothing is added.
     static SprayVisual* Build(Visual* parent, sdf::SdfNode* modelNode);
 };
 

@@ -1,6 +1,8 @@
 #include "visual/process/PaintVisual.h"
 
 #include <gmock/gmock.h>
+#include <OgreEntity.h>
+#include <OgreException.h>
 #include <OgreHardwareVertexBuffer.h>
 #include <OgreMesh.h>
 #include <OgreMeshManager.h>
@@ -21,6 +23,7 @@
 
 #include "mesh/MeshManager.h"
 #include "selection/Cone.h"
+#include "selection/Result.h"
 #include "selection/SelectableObject.h"
 #include "selection/VisualSelection.h"
 #include "suite/layout/Body.h"
@@ -119,6 +122,13 @@ protected:
         auto* shown = dynamic_cast<SprayVisual*>(scene().visuals.at(component->id));
         shown->setPose(pose);
         return shown;
+    }
+    /// What is picked in the middle of a box at the origin.
+    static selection::Result hitInTheMiddle() {
+        lookFrom({0, -400, 300}, {0, 0, 0});
+        frame();
+        const auto pixel = project({0, -50, 0});
+        return VisualSelection::Get()->select(pixel.x, pixel.y);
     }
     static PaintVisual* paintOn(const Visual* target) {
         for (Visual* child : target->getChildren())
@@ -434,6 +444,84 @@ TEST_F(PaintTest, MeshesWithoutARecordArePassedOver) {
     EXPECT_TRUE(global->getChildren().empty());
 }
 
+TEST_F(PaintTest, OfAHiddenTargetThePaintIsNeitherSeenNorPicked) {
+    Visual* part = showBoxPart("hidden");
+    auto* body = dynamic_cast<MeshVisual*>(findBelow(part, VisualType::Mesh));
+    scene().setVisualVisible(part->id, false);
+    scene().createPaintVisual(part->id, 5);
+    pump();
+    EXPECT_FALSE(paintOn(body)->visible);
+    EXPECT_FALSE(paintOn(body)->node->getAttachedObject(0)->getVisible());
+    EXPECT_FALSE(hitInTheMiddle().hit);
+    scene().setVisualVisible(part->id, true);
+    EXPECT_TRUE(hitInTheMiddle().hit);
+    EXPECT_TRUE(paintOn(body)->node->getAttachedObject(0)->getVisible());
+}
+
+TEST_F(PaintTest, OfATargetThatIsNotToBePickedThePaintIsNotPickedEither) {
+    Visual* part = showBoxPart("disabled");
+    VisualSelection::Get()->setCompoundObjectEnabled(part, false);
+    scene().createPaintVisual(part->id, 5);
+    EXPECT_FALSE(hitInTheMiddle().hit);
+    EXPECT_TRUE(paintOn(findBelow(part, VisualType::Mesh))->visible);
+}
+
+TEST_F(PaintTest, PaintThatIsHiddenWithItsBodyIsNotPickedUntilItIsShownAgain) {
+    Visual* body = findBelow(showBoxPart("body"), VisualType::Mesh);
+    scene().createPaintVisual(body->id, 5);
+    ASSERT_TRUE(hitInTheMiddle().hit);
+    scene().setVisualVisible(body->id, false);
+    EXPECT_FALSE(hitInTheMiddle().hit);
+    scene().setVisualVisible(body->id, true);
+    EXPECT_TRUE(hitInTheMiddle().hit);
+    EXPECT_TRUE(VisualSelection::Get()->getObject(paintOn(body))->enabled);
+}
+
+TEST_F(PaintTest, AnotherMeshIsWhatIsSprayedAndPickedFromThenOn) {
+    AddGrid("paint-grid", 10, 100);
+    MeshVisual* target = showTarget("paint-grid");
+    const auto* gun = showSpray(Down({0, 0, 50}), makeSpray());
+    scene().createPaintVisual(target->id, gun->id);
+    scene().spray(gun->id, target->id, PoseD(), 0, 76, 100);
+    pump();
+    PaintVisual* paint = paintOn(target);
+    PaintMesh* former = paint->getMesh();
+    auto* small = new PaintMesh("paint-small");
+    small->vertices = {{0, 0, 0}, {5, 0, 0}, {0, 5, 0}};
+    small->normals.assign(3, {0, 0, 1});
+    small->indices = {0, 1, 2};
+    small->vertexColors.resize(3);
+    visual::MeshManager::Get()->addPaintMesh(small);
+    paint->setMesh(small);
+    visual::MeshManager::Get()->deleteMesh(former);
+    paint->spray(gun->id, 0, 38, 100);
+    EXPECT_EQ(Painted(*small), (std::set<std::uint32_t>{0, 1, 2}));
+    EXPECT_FLOAT_EQ(VisualSelection::Get()->getObject(paint)->box.max.x, 5);
+    frame();
+    scene().deleteVisual(paint);
+    EXPECT_FALSE(visual::MeshManager::Get()->hasMesh("paint-small"));
+    scene().createPaintVisual(target->id, gun->id);
+    EXPECT_NO_THROW(pump()) << "the picture of the paint before is still there";
+}
+
+TEST_F(PaintTest, MeshesWithoutNormalsArePassedOverAndTheOthersGetPaint) {
+    auto bare = std::make_unique<visual::Mesh>("paint-without-normals");
+    bare->vertices = {{0, 0, 0}, {10, 0, 0}, {0, 10, 0}};
+    bare->indices = {0, 1, 2};
+    visual::MeshManager::Get()->addMesh(bare.release());
+    AddGrid("paint-grid", 10, 100);
+    MeshVisual* first = showTarget("paint-without-normals");
+    MeshVisual* second = showTarget("paint-grid");
+    first->attachVisual(second);
+    scene().createPaintVisual(first->id, 5);
+    EXPECT_NO_THROW(pump());
+    EXPECT_EQ(paintOn(first), nullptr);
+    EXPECT_NE(paintOn(second), nullptr);
+    EXPECT_THAT([&] { (void)PaintVisual::Build(first, 5); },
+                testing::ThrowsMessage<std::invalid_argument>(testing::HasSubstr("but 0 normals")));
+    EXPECT_EQ(first->getChildren(), std::vector<Visual*>{second});
+}
+
 TEST_F(PaintTest, AMeshWithoutVerticesIsPaintedWithoutHarm) {
     auto empty = std::make_unique<visual::Mesh>("paint-nothing");
     if (!visual::MeshManager::Get()->hasMesh("paint-nothing"))
@@ -590,6 +678,29 @@ TEST_F(SprayTest, RebuiltItKeepsItsIdAndPaintGoesOnWorking) {
     EXPECT_EQ(Painted(*paintOn(target)->getMesh()).size(), 9u);
     EXPECT_NEAR(VisualSelection::Get()->getObject(scene().visuals.at(component->id))->box.max.x, 41,
                 2);
+}
+
+TEST_F(SprayTest, RebuiltAfterAFaceWasHiddenItShowsItsNewLengths) {
+    auto* component = makeSpray(20, 100, 60);
+    SprayVisual* shown = showSpray({}, component);
+    shown->setFaceVisible(1, false);
+    shown->setFaceVisible(1, true);
+    component->setProperty(8, 400.0);
+    scene().rebuildSprayVisual(component);
+    pump();
+    const auto* rebuilt = dynamic_cast<SprayVisual*>(scene().visuals.at(component->id));
+    EXPECT_NEAR(rebuilt->getEntity()->getBoundingBox().getMaximum().x, 200, 2);
+}
+
+TEST_F(SprayTest, OneThatIsShownAlreadyIsRefusedLikeAnyOtherObject) {
+    auto* component = makeSpray();
+    const auto* shown = showSpray({}, component);
+    const std::size_t children = scene().root->getChildren().size();
+    component->setProperty(8, 400.0);
+    scene().addSmartComponent(component);
+    EXPECT_THROW(scene().processMsgs(), Ogre::ItemIdentityException);
+    EXPECT_EQ(scene().visuals.at(component->id), shown);
+    EXPECT_EQ(scene().root->getChildren().size(), children);
 }
 
 TEST_F(SprayTest, RebuildingAnUnknownOneThrowsInTheTask) {
