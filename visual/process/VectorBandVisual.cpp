@@ -1,8 +1,7 @@
 #include "visual/process/VectorBandVisual.h"
 
-#include <algorithm>
-
 #include <OgreManualObject.h>
+#include <OgreNode.h>
 #include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
 
@@ -64,8 +63,20 @@ Ogre::ManualObject::ManualObjectSection* DrawStrip(
 
 }  // namespace
 
+/// Tells its band when the arrow goes, whoever deletes it, wherever it hangs by then.
+class VectorBandVisual::ArrowWatch : public Ogre::Node::Listener {
+public:
+    explicit ArrowWatch(VectorBandVisual& watchedFor) : band(watchedFor) {}
+    void nodeDestroyed(const Ogre::Node* /*node*/) override { band.startArrow = nullptr; }
+
+private:
+    VectorBandVisual& band;
+};
+
 VectorBandVisual::VectorBandVisual(std::uint32_t idIn, Visual* parent, const EdgeMfgShape& shape)
-    : Visual(idIn, parent), band(node->getCreator()->createManualObject()) {
+    : Visual(idIn, parent),
+      band(node->getCreator()->createManualObject()),
+      arrowWatch(std::make_unique<ArrowWatch>(*this)) {
     attachObject(band);
     try {
         drawMfgShape(shape);
@@ -91,7 +102,7 @@ void VectorBandVisual::drawMfgShape(const EdgeMfgShape& shape) {
     setColor(normalColour);  // before anything below may throw
     for (const MfgVectors& vectors : used)
         for (const MfgVector& vector : vectors.vectors)
-            bandVectors.push_back(new BandVectorVisual(this, vectors.edge, vector));
+            bandVectors.push_back(addVector(vectors.edge, vector));
     used.empty() ? deleteStartArrow() : drawStartArrow(used.front());
 }
 
@@ -101,18 +112,23 @@ void VectorBandVisual::drawStartArrow(const MfgVectors& first) {
     geometry::GetEdgeStartPointInfo(first.edge, position, direction);
     deleteStartArrow();
     const rob::DirTemplate<float> unit(direction.asVec3().normalized());
-    startArrow = MeshVisual::BuildArrow(getParent(), position, unit);
+    Visual* parent = getParent();
+    if (!parent) return;
+    startArrow = MeshVisual::BuildArrow(parent, position, unit);
+    startArrow->node->setListener(arrowWatch.get());
+    startArrow->setVisible(visible, /*cascade=*/false);
 }
 
 void VectorBandVisual::deleteStartArrow() {
-    // The arrow hangs beside the band, and goes with their parent in either order.
-    const Visual* parent = getParent();
-    if (startArrow && parent) {
-        const std::vector<Visual*> siblings = parent->getChildren();
-        if (std::ranges::find(siblings, startArrow) != siblings.end())
-            Scene::Get()->deleteVisual(startArrow);
+    if (!startArrow) return;
+    for (const Visual* above = getParent(); above; above = above->getParent()) {
+        if (above != startArrow) continue;
+        // A band that was hung under its own arrow would be deleted with it.
+        startArrow->node->setListener(nullptr);
+        startArrow = nullptr;
+        return;
     }
-    startArrow = nullptr;
+    Scene::Get()->deleteVisual(startArrow);
 }
 
 void VectorBandVisual::updateBand(const EdgeMfgShape& shape) {
@@ -138,7 +154,18 @@ void VectorBandVisual::deleteOwn(BandVectorVisual*& vector) {
 BandVectorVisual* VectorBandVisual::makeVector(const EdgeMfgShape& shape, const PathPoint& point) {
     const std::vector<MfgVectors> used = shape.getUsedMfgVectors();
     const MfgVectors& vectors = used.at(static_cast<std::size_t>(point.index));
-    return new BandVectorVisual(this, vectors.edge, vectors.getVectorAtParam(point.param));
+    return addVector(vectors.edge, vectors.getVectorAtParam(point.param));
+}
+
+BandVectorVisual* VectorBandVisual::addVector(const TopoDS_Edge& edge, const MfgVector& vector) {
+    auto* added = new BandVectorVisual(this, edge, vector);
+    added->setVisible(visible, /*cascade=*/false);
+    return added;
+}
+
+void VectorBandVisual::setVisible(bool show, bool cascade) {
+    Visual::setVisible(show, cascade);
+    if (startArrow) startArrow->setVisible(show, cascade);
 }
 
 void VectorBandVisual::previewVector(const EdgeMfgShape& shape, const PathPoint& point) {
@@ -162,6 +189,7 @@ void VectorBandVisual::selectRange(const EdgeMfgShape& shape, const PathPoint& s
     if (!rangeBand) {
         rangeBand = node->getCreator()->createManualObject();
         attachObject(rangeBand);
+        rangeBand->setVisible(visible);
     } else {
         clearSelectedRange();
     }

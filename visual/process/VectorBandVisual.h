@@ -3,6 +3,7 @@
 #include <OgreVector.h>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "suite/task/EdgeMfgShape.h"
@@ -29,11 +30,12 @@ public:
 
     /// Throws what updateBand throws; then nothing is left.
     VectorBandVisual(std::uint32_t idIn, Visual* parent, const task::EdgeMfgShape& shape);
-    /// Deletes what the band owns; what the tree has freed already is left alone.
+    /// Deletes what the band owns, its arrow among that; what was freed already is left alone.
     ~VectorBandVisual() override;
 
     /// Draws another shape, or the same one after a change, in place of what was drawn. Preview and
-    /// selected direction go, the selected range stays.
+    /// selected direction go, the selected range stays. A band that is hidden stays so with all
+    /// that is drawn on it; one that hangs nowhere gets no start arrow.
     ///
     /// Throws std::overflow_error ("0-length vector cannot be normalized.") where the tool's
     /// direction runs along the edge, or where the first edge has no direction at its start, and
@@ -54,6 +56,8 @@ public:
                             const PathPoint& end);
     void clearSelectedRange();
 
+    /// As Visual::setVisible, the start arrow too, wherever it hangs.
+    void setVisible(bool show, bool cascade) override;
     /// Red, green, blue, alpha of the ribbon.
     void setColor(const Ogre::Vector<4, float>& color);
     void resetAppearance() override;
@@ -70,27 +74,33 @@ public:
     /// Null without one, both.
     [[nodiscard]] BandVectorVisual* getPreviewVector() const { return previewVector_; }
     [[nodiscard]] BandVectorVisual* getSelectedVector() const { return selectedVector; }
-    /// At the start of the first edge, under the band's parent; null without one.
+    /// At the start of the first edge, under the parent that the band had when it was drawn; null
+    /// without one, also once somebody else has deleted it.
     [[nodiscard]] MeshVisual* getStartArrow() const { return startArrow; }
 
 protected:
     void forgetChild(const Visual* child) override;
 
 private:
+    class ArrowWatch;
+
     void drawMfgShape(const task::EdgeMfgShape& shape);
     void drawStartArrow(const geometry::MfgVectors& first);
     void deleteStartArrow();
     void deleteOwn(BandVectorVisual*& vector);
     [[nodiscard]] BandVectorVisual* makeVector(const task::EdgeMfgShape& shape,
                                                const PathPoint& point);
+    [[nodiscard]] BandVectorVisual* addVector(const TopoDS_Edge& edge,
+                                              const geometry::MfgVector& vector);
 
     Ogre::ManualObject* band;
     Ogre::ManualObject* rangeBand = nullptr;
-    std::vector<BandVectorVisual*> bandVectors;  ///< children
-    BandVectorVisual* previewVector_ = nullptr;  ///< a child; the operation has the plain name
-    BandVectorVisual* selectedVector = nullptr;  ///< a child
-    MeshVisual* startArrow = nullptr;            ///< a child of the parent, which may free it first
+    std::vector<BandVectorVisual*> bandVectors;    ///< children
+    BandVectorVisual* previewVector_ = nullptr;    ///< a child; the operation has the plain name
+    BandVectorVisual* selectedVector = nullptr;    ///< a child
+    MeshVisual* startArrow = nullptr;              ///< beside the band; arrowWatch keeps it true
     bool bandIsOpen = false, rangeIsOpen = false;  ///< after a throw, until it is drawn anew
+    std::unique_ptr<ArrowWatch> arrowWatch;        ///< never null
 };
 
 }  // namespace vrn::visual

@@ -1,6 +1,7 @@
 #include "visual/process/VectorBandVisual.h"
 
 #include <gmock/gmock.h>
+#include <OgreEntity.h>
 #include <OgreHardwareVertexBuffer.h>
 #include <OgreManualObject.h>
 #include <OgreSceneManager.h>
@@ -254,6 +255,26 @@ TEST_F(VectorBandVisualTest, ASelectedRangeIsARibbonOfItsOwnInItsColour) {
     frame();
 }
 
+TEST_F(VectorBandVisualTest, UpdatingTheSelectedBandIsSelectingTheRange) {
+    VectorBandVisual *selected = show(TwoEdges()), *updated = show(TwoEdges());
+    selected->selectRange(TwoEdges(), {0, 30}, {1, 40});
+    updated->updateSelectedBand(TwoEdges(), {0, 10}, {0, 20});  // the first time too
+    updated->updateSelectedBand(TwoEdges(), {0, 30}, {1, 40});
+    const Ogre::ManualObject *is = updated->getRangeBand(), *expected = selected->getRangeBand();
+    ASSERT_NE(is, nullptr);
+    ASSERT_EQ(is->getSections().size(), 1u);
+    EXPECT_EQ(is->getSections()[0]->getMaterialName(), "SelectedBand");
+    EXPECT_EQ(ColourOf(is), ColourOf(expected));
+    const auto vertices = VerticesOf(is), wanted = VerticesOf(expected);
+    ASSERT_EQ(vertices.size(), wanted.size());
+    for (std::size_t i = 0; i < vertices.size(); ++i) {
+        EXPECT_EQ(vertices[i].position, wanted[i].position) << i;
+        EXPECT_EQ(vertices[i].normal, wanted[i].normal) << i;
+    }
+    EXPECT_THAT([&] { updated->updateSelectedBand(Parallel(), {0, 0}, {1, 100}); },
+                ThrowsMessage<std::overflow_error>(noLength));
+}
+
 TEST_F(VectorBandVisualTest, ARangeOfNothingIsEmpty) {
     VectorBandVisual* band = show(OneEdge());
     EXPECT_NO_THROW(band->selectRange(OneEdge(), {5, 0}, {6, 0}));
@@ -320,6 +341,77 @@ TEST_F(VectorBandVisualTest, AnArrowThatTheHostDeletedIsNotDeletedAgain) {
     scene().deleteVisual(band->getStartArrow());
     EXPECT_NO_THROW(band->updateBand(OneEdge()));
     EXPECT_EQ(carrier->getChildren().size(), 2u);
+}
+
+TEST_F(VectorBandVisualTest, ABandThatHangsElsewhereTakesItsArrowAlongWhenItIsDrawnOrGoes) {
+    auto* other = new Visual(scene().root);
+    VectorBandVisual *moved = show(OneEdge()), *updated = show(OneEdge());
+    other->attachVisual(moved);
+    scene().deleteVisual(moved);
+    EXPECT_EQ(carrier->getChildren().size(), 2u);
+    other->attachVisual(updated);
+    updated->updateBand(OneEdge());
+    EXPECT_TRUE(carrier->getChildren().empty());
+    EXPECT_EQ(updated->getStartArrow()->getParent(), other);
+    scene().deleteVisual(updated);
+    EXPECT_TRUE(other->getChildren().empty());
+}
+
+TEST_F(VectorBandVisualTest, ABandThatHangsNowhereHasNoArrowUntilItIsDrawnUnderAParent) {
+    VectorBandVisual* band = show(OneEdge());
+    band->detach();
+    EXPECT_NO_THROW(band->updateBand(TwoEdges()));
+    EXPECT_EQ(band->getStartArrow(), nullptr);
+    EXPECT_EQ(band->getVectors().size(), 4u);
+    EXPECT_TRUE(carrier->getChildren().empty());
+    carrier->attachVisual(band);
+    band->updateBand(TwoEdges());
+    EXPECT_EQ(band->getStartArrow()->getParent(), carrier);
+}
+
+TEST_F(VectorBandVisualTest, AnArrowThatTheHostDeletedIsForgottenAndWhatComesThereIsTheHosts) {
+    VectorBandVisual* band = show(OneEdge());
+    scene().deleteVisual(band->getStartArrow());
+    EXPECT_EQ(band->getStartArrow(), nullptr);
+    // The allocator gives the same place out again, sooner or later.
+    std::vector<Visual*> own;
+    for (int i = 0; i < 8; ++i)
+        own.push_back(visual::MeshVisual::BuildArrow(carrier, {5, 5, 5}, {0, 0, 1}));
+    band->updateBand(OneEdge());
+    EXPECT_EQ(carrier->getChildren().size(), own.size() + 2);
+    EXPECT_THAT(carrier->getChildren(), testing::IsSupersetOf(own));
+}
+
+TEST_F(VectorBandVisualTest, ABandThatWasHungUnderItsOwnArrowIsDrawnAndGoesWithIt) {
+    VectorBandVisual* band = show(OneEdge());
+    Visual* arrow = band->getStartArrow();
+    arrow->attachVisual(band);
+    EXPECT_NO_THROW(band->updateBand(OneEdge()));
+    ASSERT_NE(band->getStartArrow(), nullptr);
+    EXPECT_EQ(band->getStartArrow()->getParent(), arrow);
+    band->getStartArrow()->attachVisual(band);
+    scene().deleteVisual(arrow);
+    EXPECT_TRUE(carrier->getChildren().empty());
+}
+
+TEST_F(VectorBandVisualTest, WhatIsDrawnOnAHiddenBandIsHiddenToo) {
+    VectorBandVisual* band = show(OneEdge());
+    const auto shown = [band] {
+        std::vector<bool> all{band->getBand()->getVisible(), band->getRangeBand()->getVisible(),
+                              band->getStartArrow()->getEntity()->getVisible()};
+        for (const BandVectorVisual* vector :
+             {band->getVectors().front(), band->getPreviewVector(), band->getSelectedVector()})
+            all.push_back(vector->getLines().front()->getVisible());
+        return all;
+    };
+    carrier->setVisible(false, /*cascade=*/true);
+    band->updateBand(OneEdge());
+    band->selectRange(OneEdge(), {0, 10}, {0, 50});
+    band->previewVector(OneEdge(), {0, 50});
+    band->selectVector(OneEdge(), {0, 60});
+    EXPECT_THAT(shown(), testing::Each(false));
+    band->setVisible(true, /*cascade=*/true);
+    EXPECT_THAT(shown(), testing::Each(true));
 }
 
 TEST_F(VectorBandVisualTest, AToolAlongTheEdgeIsRefusedAndNothingIsLeft) {
