@@ -12,8 +12,12 @@ namespace vrn::visual {
 
 namespace {
 
-bool IsFinite(const rob::PosTemplate<float>& p) {
-    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+// The engine takes sums and differences of bounds, turns and scales them, and aborts on what
+// overflows, and on bounds that are no numbers. Each comparison is false for a coordinate that is
+// none.
+bool HasBounds(const rob::PosTemplate<float>& p) {
+    constexpr float farthest = 1e15f;
+    return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::abs(p.z) <= farthest;
 }
 
 }  // namespace
@@ -61,8 +65,7 @@ void DynamicLines::fillHardwareBuffers() {
         for (const Pos& point : points) {
             std::memcpy(out, &point, sizeof point);
             out += sizeof point;
-            // Ogre's box asserts on a first point that is not a number.
-            if (!IsFinite(point)) continue;
+            if (!HasBounds(point)) continue;
             mBox.merge(Ogre::Vector3(point.x, point.y, point.z));
             present.addPoint(point);
         }

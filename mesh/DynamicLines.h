@@ -21,7 +21,8 @@ namespace vrn::visual {
 /// object. Positions are model units in the frame of the node that the object hangs on. Lines carry
 /// no colour of their own, it comes from the material, which is plain white at first.
 ///
-/// A point with a coordinate that is not finite is sent as it is and belongs to no bounds.
+/// A point with a coordinate that is not finite, or beyond 1e15, is sent as it is and belongs to no
+/// bounds; without any bounds nothing is drawn.
 /// Thread: render.
 class VRN_VISUAL_API DynamicLines : public DynamicRenderable {
 public:

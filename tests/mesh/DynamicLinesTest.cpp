@@ -308,6 +308,20 @@ TEST_F(DynamicLinesTest, PointThatIsNotFiniteIsSentAndBelongsToNoBounds) {
     EXPECT_EQ(lines.getBox().min, (Pos{0, 1, 2}));
 }
 
+TEST_F(DynamicLinesTest, PointBeyondWhatBoundsCanHoldIsSentAndBelongsToNone) {
+    DynamicLines lines(RenderOpType::LineStrip);
+    node->attachObject(&lines);
+    lines.addPoint(3e38f, 0, 0);
+    lines.addPoint(-3e38f, 0, -1.01e15f);
+    lines.update();
+    EXPECT_TRUE(lines.getBoundingBox().isNull());
+    EXPECT_FALSE(lines.getBox().isValid());
+    EXPECT_EQ(Sent(lines), lines.getPoints());
+    lines.addPoint(1e15f, 2, -1e15f);
+    lines.update();
+    EXPECT_EQ(lines.getBoundingBox(), Ogre::AxisAlignedBox(1e15f, 2, -1e15f, 1e15f, 2, -1e15f));
+}
+
 TEST_F(DynamicLinesTest, LineLengthIsTheStraightWayFromTheFirstPointToTheLast) {
     DynamicLines lines(RenderOpType::LineStrip);
     EXPECT_EQ(lines.getLineLength(), 0.0f);
