@@ -177,6 +177,18 @@ TEST_F(Curves, ArrowsStandAtTheEndsOfTheWholeCurve) {
     EXPECT_EQ(curve->getEdges()[2]->getArrow(), nullptr);
 }
 
+TEST_F(Curves, AnEdgeThatAHostDeletedIsForgotten) {
+    layout::Body* body = makeBody(OpenWire());
+    CurveVisual* curve = CurveVisual::Build(root(), body, body->getShape());
+    EdgeVisual* const first = curve->getEdges()[0];
+    scene().deleteVisual(curve->getEdges()[1]);
+    EXPECT_EQ(curve->getEdges().size(), 2u);
+    EXPECT_EQ(curve->getEdges()[0], first);
+    EXPECT_NO_THROW(curve->setSelected());
+    EXPECT_NO_THROW(curve->clearArrow());
+    EXPECT_NO_THROW(frame());
+}
+
 TEST_F(Curves, TheWorldBoxHoldsTheEdgesWhereTheyStand) {
     CurveVisual* curve = showBody(OpenWire());
     pump();

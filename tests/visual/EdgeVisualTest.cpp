@@ -164,6 +164,16 @@ TEST_F(Edges, TheArrowStandsAtTheStartAlongTheFirstSegment) {
     EXPECT_NEAR(directionOf(visual->getArrow()).x, 1, 1e-6);
 }
 
+TEST_F(Edges, AnArrowThatAHostDeletedIsForgotten) {
+    EdgeVisual* visual = corner();
+    visual->addArrow(true);
+    scene().deleteVisual(visual->getArrow());
+    EXPECT_EQ(visual->getArrow(), nullptr);
+    EXPECT_NO_THROW(visual->clearArrow());
+    EXPECT_NO_THROW(visual->addArrow(false));
+    EXPECT_EQ(visual->getChildren().size(), 1u);
+}
+
 TEST_F(Edges, ASecondArrowReplacesTheFirst) {
     EdgeVisual* visual = corner();
     visual->addArrow(true);

@@ -89,6 +89,8 @@ void CurveVisual::setHighlighted() {
     for (EdgeVisual* edge : edges) edge->setHighlighted();
 }
 
+void CurveVisual::forgetChild(const Visual* child) { std::erase(edges, child); }
+
 void CurveVisual::addArrow(bool atEnd) {
     if (!edges.empty()) (atEnd ? edges.back() : edges.front())->addArrow(atEnd);
 }

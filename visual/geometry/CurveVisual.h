@@ -36,8 +36,11 @@ public:
     /// Removes the arrows of all edges.
     void clearArrow();
 
-    /// In the order of the curve.
+    /// In the order of the curve, without those that a host has deleted.
     [[nodiscard]] const std::vector<EdgeVisual*>& getEdges() const { return edges; }
+
+protected:
+    void forgetChild(const Visual* child) override;
 
 private:
     CurveVisual(const std::string& name, Visual* parent);
@@ -45,8 +48,7 @@ private:
     void addEdge(const std::string& name, const TopoDS_Shape& edge);
     void enter(const TopoDS_Shape& shape, bool detectable);
 
-    /// Children, each as long as the curve. Kept beside the tree, whose order changes with
-    /// removals.
+    /// Children. Kept beside the tree, whose order changes with removals.
     std::vector<EdgeVisual*> edges;
 };
 

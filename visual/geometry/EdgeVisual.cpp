@@ -73,6 +73,10 @@ void EdgeVisual::clearArrow() {
     arrow = nullptr;
 }
 
+void EdgeVisual::forgetChild(const Visual* child) {
+    if (child == arrow) arrow = nullptr;
+}
+
 void EdgeVisual::setRenderQueueGroup(unsigned char group) { lines->setRenderQueueGroup(group); }
 
 const std::vector<Pos>& EdgeVisual::getPoints() const { return lines->getPoints(); }

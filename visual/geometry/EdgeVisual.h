@@ -45,6 +45,9 @@ public:
     /// Null without one.
     [[nodiscard]] MeshVisual* getArrow() const { return arrow; }
 
+protected:
+    void forgetChild(const Visual* child) override;
+
 private:
     EdgeVisual(const std::string& name, const TopoDS_Edge& shownEdge, Visual* parent);
 

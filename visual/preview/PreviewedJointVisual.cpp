@@ -43,8 +43,13 @@ void PreviewedJointVisual::setStartAndEnd(const Pos& start, const Pos& end) {
     line->setPoint(1, end);
     line->update();
     const rob::Vec3Template<float> along = (end - start).normalized();
+    if (!arrow) return;
     arrow->setRotation(rob::RotationTemplate<float>::From2Dirs({0, 0, 1}, along));
     arrow->setPosition(end);
+}
+
+void PreviewedJointVisual::forgetChild(const Visual* child) {
+    if (child == arrow) arrow = nullptr;
 }
 
 }  // namespace vrn::visual
