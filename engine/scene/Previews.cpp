@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <format>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 
@@ -60,15 +61,16 @@ std::vector<TopoDS_Edge> EdgesOf(const TopoDS_Wire& wire) {
     return edges;
 }
 
-// Null for an edge that cannot be shown.
+// Null for an edge that cannot be shown. Ours until it is placed: a pose that is refused must leave
+// nothing in the tree.
 EdgeVisual* BuildPreviewedEdge(Visual* root, const std::string& name, const TopoDS_Edge& edge,
                                const Pose& pose) {
-    EdgeVisual* visual = EdgeVisual::Build(root, name, edge, curveLook, curveLook, curveLook,
-                                           /*generated=*/false);
+    std::unique_ptr<EdgeVisual> visual(
+        EdgeVisual::Build(root, name, edge, curveLook, curveLook, curveLook, /*generated=*/false));
     if (!visual) return nullptr;
     visual->setPose(pose);
     visual->setRenderQueueGroup(overSceneQueueGroup);
-    return visual;
+    return visual.release();
 }
 
 }  // namespace
@@ -347,6 +349,7 @@ void Scene::removeAllPositionVisuals() {
 }
 
 void Scene::forgetPreview(const Visual* visual) {
+    if (PreviewVisualsHelper* helper = PreviewVisualsHelper::Get()) helper->forget(visual);
     for (auto* list : {&previewCurves_, &previewPoints_, &previewFaces_}) std::erase(*list, visual);
     std::erase_if(previewedFrames, [visual](const auto& entry) { return entry.second == visual; });
     for (Visual** single : {&previewedJoint, &copiedVisual, &camMesh})

@@ -21,13 +21,16 @@ PolylineVisual* PolylineVisual::Build(Visual* parent,
     rob::Vec3Template<float> along;
     if (hasArrow) along = (points[1] - points[0]).normalized();
 
-    auto* polyline = new PolylineVisual(sdf::SdfManager::GenerateTransientId(), parent);
+    // Ours until it is whole: an arrow that is refused must leave nothing in the tree.
+    std::unique_ptr<PolylineVisual> polyline(
+        new PolylineVisual(sdf::SdfManager::GenerateTransientId(), parent));
     polyline->setMaterial(look, look, look);
     polyline->resetAppearance();
     for (const rob::PosTemplate<float>& point : points) polyline->addPoint(point);
     polyline->update();
-    if (hasArrow) MeshVisual::BuildArrow(polyline, points.front(), rob::DirTemplate<float>(along));
-    return polyline;
+    if (hasArrow)
+        MeshVisual::BuildArrow(polyline.get(), points.front(), rob::DirTemplate<float>(along));
+    return polyline.release();
 }
 
 void PolylineVisual::addPoint(const rob::PosTemplate<float>& point) {

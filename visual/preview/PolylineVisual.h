@@ -12,7 +12,8 @@ class VRN_VISUAL_API PolylineVisual : public Visual {
 public:
     /// `withArrow` puts the arrow of MeshVisual::BuildArrow on the first point, towards the second;
     /// with fewer than two points there is none. Throws std::overflow_error ("0-length vector
-    /// cannot be normalized.") if an arrow's two points coincide; then nothing is left.
+    /// cannot be normalized.") if an arrow's two points coincide, and that or std::invalid_argument
+    /// if they are not finite or so far apart that their distance is not; then nothing is left.
     static PolylineVisual* Build(Visual* parent, const std::vector<rob::PosTemplate<float>>& points,
                                  bool withArrow);
 

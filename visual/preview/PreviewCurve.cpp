@@ -1,5 +1,7 @@
 #include "visual/preview/PreviewCurve.h"
 
+#include <memory>
+
 #include "engine/Scene.h"
 #include "mesh/DynamicLines.h"
 #include "visual/geometry/MeshVisual.h"
@@ -15,7 +17,8 @@ constexpr const char* look = "PreviewCurve";
 PreviewCurve* PreviewCurve::Build(const std::string& name, std::uint32_t shownFor,
                                   const rob::PoseTemplate<float>& worldPose,
                                   const std::vector<rob::PosTemplate<double>>& points) {
-    auto* curve = new PreviewCurve(name, Scene::Get()->root);
+    // Ours until it is whole: a pose that is refused must leave nothing in the tree.
+    std::unique_ptr<PreviewCurve> curve(new PreviewCurve(name, Scene::Get()->root));
     curve->id = shownFor;
     curve->type = VisualType::PreviewCurve;
     DynamicLines* line = curve->createDynamicLine(RenderOpType::LineStrip);
@@ -27,18 +30,18 @@ PreviewCurve* PreviewCurve::Build(const std::string& name, std::uint32_t shownFo
     curve->resetAppearance();
     curve->update();
     curve->setPose(worldPose);
-    return curve;
+    return curve.release();
 }
 
 PreviewCurve* PreviewCurve::Build(const std::string& name, std::uint32_t shownFor,
                                   const rob::PoseTemplate<float>& worldPose,
                                   const std::vector<rob::PosTemplate<double>>& points,
                                   const rob::Vec3Template<float>& direction, std::size_t arrowAt) {
-    PreviewCurve* curve = Build(name, shownFor, worldPose, points);
+    std::unique_ptr<PreviewCurve> curve(Build(name, shownFor, worldPose, points));
     if (arrowAt < points.size() && static_cast<double>(direction.length()) > rob::zeroLength)
         curve->addArrow(rob::PosTemplate<float>(points[arrowAt]),
                         rob::DirTemplate<float>(direction));
-    return curve;
+    return curve.release();
 }
 
 void PreviewCurve::addArrow(const rob::PosTemplate<float>& position,

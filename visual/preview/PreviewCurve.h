@@ -14,6 +14,9 @@ class MeshVisual;
 /// shown for and stands in no registry. Thread: render.
 class VRN_VISUAL_API PreviewCurve : public LineVisual {
 public:
+    // Both builders throw std::invalid_argument for a pose or an arrow's place that is not finite,
+    // and for a direction of infinite length; then nothing is left.
+
     /// Under the scene's root, in `worldPose`; the node's name is `name` and a transient id.
     static PreviewCurve* Build(const std::string& name, std::uint32_t shownFor,
                                const rob::PoseTemplate<float>& worldPose,

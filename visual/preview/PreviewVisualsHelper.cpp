@@ -23,6 +23,12 @@ void Show(Visual* visual) { visual->setVisible(true, /*cascade=*/false); }
 
 void Hide(Visual* visual) { visual->setVisible(false, /*cascade=*/false); }
 
+// Does nothing where there is one already.
+template <class VisualClass, class... Look>
+void MakeHidden(VisualClass*& visual, Look... look) {
+    if (!visual) Hide(visual = new VisualClass(Scene::Get()->root, look...));
+}
+
 void ShowAt(Visual* visual, const rob::PoseTemplate<float>& worldPose) {
     visual->setWorldPose(worldPose);
     Show(visual);
@@ -36,13 +42,7 @@ PreviewVisualsHelper* gPreviewVisualsHelper = nullptr;
 PreviewVisualsHelper* PreviewVisualsHelper::Get() { return living; }
 
 PreviewVisualsHelper::PreviewVisualsHelper() {
-    Visual* root = Scene::Get()->root;
-    for (SelectPointVisual*& point : points) Hide(point = new SelectPointVisual(root));
-    Hide(primaryLine = new FromToLineVisual(root, "RedFrameLine"));
-    Hide(axisXLine = new FromToLineVisual(root, "GreenFrameLine"));
-    Hide(axisYLine = new FromToLineVisual(root, "BlueFrameLine"));
-    Hide(userFrame = new PreviewFrameVisual(root));
-    Hide(objectFrame = new PreviewFrameVisual(root));
+    makeMissing();
     living = this;
 }
 
@@ -54,9 +54,28 @@ PreviewVisualsHelper::~PreviewVisualsHelper() {
     living = nullptr;
 }
 
+void PreviewVisualsHelper::makeMissing() {
+    for (SelectPointVisual*& point : points) MakeHidden(point);
+    MakeHidden(primaryLine, "RedFrameLine");
+    MakeHidden(axisXLine, "GreenFrameLine");
+    MakeHidden(axisYLine, "BlueFrameLine");
+    MakeHidden(userFrame);
+    MakeHidden(objectFrame);
+}
+
+void PreviewVisualsHelper::forget(const Visual* visual) {
+    const auto drop = [visual](auto*& own) {
+        if (own == visual) own = nullptr;
+    };
+    for (SelectPointVisual*& point : points) drop(point);
+    for (FromToLineVisual** line : {&primaryLine, &axisXLine, &axisYLine}) drop(*line);
+    for (PreviewFrameVisual** frame : {&userFrame, &objectFrame}) drop(*frame);
+}
+
 // --- pairs of points
 
 void PreviewVisualsHelper::showAt(std::size_t index, const Pos& point) {
+    makeMissing();
     points[index]->setWorldPosition(point);
     Show(points[index]);
 }
@@ -86,12 +105,15 @@ void PreviewVisualsHelper::doAddAxisYFrom(const Pos& point) { addFrom(4, axisYLi
 void PreviewVisualsHelper::doAddAxisYTo(const Pos& point) { addTo(5, axisYLine, point); }
 
 void PreviewVisualsHelper::doSetPrimaryLineSelected(bool selected) {
+    makeMissing();
     SetLook(primaryLine, "Red", selected);
 }
 void PreviewVisualsHelper::doSetAxisXLineSelected(bool selected) {
+    makeMissing();
     SetLook(axisXLine, "Green", selected);
 }
 void PreviewVisualsHelper::doSetAxisYLineSelected(bool selected) {
+    makeMissing();
     SetLook(axisYLine, "Blue", selected);
 }
 
@@ -121,14 +143,17 @@ void PreviewVisualsHelper::doAddSelectFramePoint3(const Pos& point) { addCorner(
 // --- frames
 
 void PreviewVisualsHelper::doAddPreviewUserFrame(const rob::PoseTemplate<float>& pose) {
+    makeMissing();
     ShowAt(userFrame, pose);
 }
 
 void PreviewVisualsHelper::doAddPreviewObjectFrame(const rob::PoseTemplate<float>& pose) {
+    makeMissing();
     ShowAt(objectFrame, pose);
 }
 
 void PreviewVisualsHelper::doRemoveAllVisuals() {
+    makeMissing();
     for (SelectPointVisual* point : points) {
         point->setWorldPosition({0, 0, 0});
         Hide(point);

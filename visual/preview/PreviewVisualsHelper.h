@@ -11,10 +11,11 @@ namespace vrn::visual {
 class FromToLineVisual;
 class PreviewFrameVisual;
 class SelectPointVisual;
+class Visual;
 
 /// Shows the steps of picking a frame or a direction point by point: six crosses, three lines and
 /// two frames, all under the scene's root and hidden until they are used. Init makes one and
-/// ReleaseResources deletes it.
+/// ReleaseResources deletes it. What a host deletes of them is made anew by the next operation.
 ///
 /// The operations whose names begin with `do` belong to the render thread; positions and poses are
 /// those of the world. Each of them signals broker::SignalBroker::updateScene once, unless it only
@@ -60,6 +61,10 @@ public:
     /// Posts doRemoveAllVisuals. Thread: any.
     void removeAllVisuals();
 
+    /// Drops a visual that is about to die; Scene::deleteVisual calls it.
+    void forget(const Visual* visual);
+
+    // Null once a host has deleted it, until the next operation.
     std::array<SelectPointVisual*, 6> points{};
     FromToLineVisual* primaryLine = nullptr;  ///< red
     FromToLineVisual* axisXLine = nullptr;    ///< green
@@ -68,6 +73,7 @@ public:
     PreviewFrameVisual* objectFrame = nullptr;
 
 private:
+    void makeMissing();
     void addFrom(std::size_t first, FromToLineVisual* line, const Pos& point);
     void addTo(std::size_t second, FromToLineVisual* line, const Pos& point);
     void addCorner(std::size_t corner, const Pos& point);

@@ -1,6 +1,6 @@
 #include "visual/preview/PreviewVisualsHelper.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "mesh/DynamicLines.h"
 #include "suite/broker/SignalBroker.h"
@@ -27,9 +27,10 @@ std::vector<Pos> EndsOf(const FromToLineVisual* line) {
 class PreviewVisualsHelperTest : public PreviewTest {
 protected:
     void SetUp() override {
-        PreviewTest::SetUp();
         helper = PreviewVisualsHelper::Get();
         ASSERT_NE(helper, nullptr);
+        helper->doRemoveAllVisuals();  // and what a test before took along is there again
+        PreviewTest::SetUp();
         ASSERT_EQ(helper, visual::gPreviewVisualsHelper);
         subscription = broker::SignalBroker::onUpdateScene([this] { ++signals; });
     }
@@ -207,6 +208,50 @@ TEST_F(PreviewVisualsHelperTest, NothingOfItIsPickedOrCountsForViews) {
     pump();
     EXPECT_EQ(pickableCount(), pickable);
     EXPECT_EQ(scene().getViewAllPose(), without);
+}
+
+TEST_F(PreviewVisualsHelperTest, WhatAHostDeletesOfItIsMadeAnewByTheNextOperation) {
+    const auto deleteAll = [this] {
+        for (Visual* point : helper->points) scene().deleteVisual(point);
+        for (Visual* line : {helper->primaryLine, helper->axisXLine, helper->axisYLine})
+            scene().deleteVisual(line);
+        for (Visual* axes : {helper->userFrame, helper->objectFrame}) scene().deleteVisual(axes);
+    };
+    helper->doAddPrimaryFrom({9, 9, 9});
+    deleteAll();
+    EXPECT_THAT(helper->points, testing::Each(nullptr));
+    EXPECT_EQ(helper->primaryLine, nullptr);
+    helper->doAddPrimaryFrom({1, 2, 3});
+    EXPECT_EQ(shown(), "x--------");
+    EXPECT_EQ(helper->points[0]->getPosition(), (Pos{1, 2, 3}));
+    EXPECT_FALSE(helper->userFrame->visible);
+    EXPECT_EQ(helper->axisXLine->material, "GreenFrameLine");
+
+    using Operation = void (PreviewVisualsHelper::*)(bool);
+    for (const Operation select : {&PreviewVisualsHelper::doSetPrimaryLineSelected,
+                                   &PreviewVisualsHelper::doSetAxisXLineSelected,
+                                   &PreviewVisualsHelper::doSetAxisYLineSelected}) {
+        deleteAll();
+        EXPECT_NO_THROW((helper->*select)(true));
+    }
+    deleteAll();
+    helper->doAddPreviewUserFrame({{1, 2, 3}, {}});
+    EXPECT_TRUE(helper->userFrame->visible);
+    deleteAll();
+    helper->doAddPreviewObjectFrame({{1, 2, 3}, {}});
+    EXPECT_TRUE(helper->objectFrame->visible);
+    deleteAll();
+    EXPECT_NO_THROW(helper->doRemoveAllVisuals());
+    EXPECT_EQ(shown(), "---------");
+}
+
+TEST_F(PreviewVisualsHelperTest, WhatAHostDeletedOfItIsNotDeletedAgain) {
+    scene().deleteVisual(helper->points[3]);
+    scene().deleteVisual(helper->userFrame);
+    const std::size_t children = scene().root->getChildren().size();
+    delete helper;
+    EXPECT_EQ(scene().root->getChildren().size(), children - 9);
+    helper = visual::gPreviewVisualsHelper = new PreviewVisualsHelper;
 }
 
 TEST_F(PreviewVisualsHelperTest, ALineSetWhileItIsHiddenShowsItsNewEnds) {

@@ -11,6 +11,7 @@
 #include <TopoDS.hxx>
 #include <TopoDS_Wire.hxx>
 
+#include <cmath>
 #include <optional>
 #include <stdexcept>
 
@@ -134,6 +135,21 @@ TEST_F(PreviewsTest, NullForAListIsRefusedOnTheCaller) {
     EXPECT_THROW(scene().debugViewCamMesh(nullptr), std::invalid_argument);
 }
 
+TEST_F(PreviewsTest, APoseThatIsNoPoseLeavesNothing) {
+    const Pose nowhere{{std::nanf(""), 0, 0}, {}};
+    std::vector<TopoDS_Wire> wires{FirstWire(MeshedBox())};
+    std::vector<TopoDS_Edge> edges{LineEdge({0, 0, 0}, {1, 0, 0})};
+    const std::vector<std::function<void()>> asks{[&] { scene().previewEdge(edges[0], nowhere); },
+                                                  [&] { scene().previewEdges(&edges, nowhere); },
+                                                  [&] { scene().previewWire(wires[0], nowhere); },
+                                                  [&] { scene().previewCurves(&wires, nowhere); }};
+    for (const auto& ask : asks) {
+        ask();
+        EXPECT_THROW(Drain(), std::invalid_argument);
+        EXPECT_TRUE(added().empty());
+    }
+}
+
 // --- lists of points
 
 TEST_F(PreviewsTest, ACurveForEachSequenceStandsWhereTheVisualStandsInTheWorld) {
@@ -215,6 +231,14 @@ TEST_F(PreviewsTest, ADirectionWithoutLengthIsSkipped) {
     for (const PreviewCurve* curve : addedOf<PreviewCurve>()) EXPECT_EQ(curve->getArrow(), nullptr);
 }
 
+TEST_F(PreviewsTest, ACurveWhoseArrowHasNoPlaceLeavesNothing) {
+    Visual* part = showCarrier();
+    geometry::PointList list{{{{std::nan(""), 0, 0}, {1, 0, 0}}}};
+    scene().addPreviewCurvesWithDirection(part->id, &list, {0, 0, 1});
+    EXPECT_THROW(Drain(), std::invalid_argument);
+    EXPECT_TRUE(added().empty());
+}
+
 TEST_F(PreviewsTest, ACurveOfAnIdGoesOneAtATimeFromTheFrontAndTheModelStays) {
     Visual* part = showCarrier();
     geometry::PointList list = TwoSequences();
@@ -286,6 +310,17 @@ TEST_F(PreviewsTest, NoTargetsClearTheEarlierOnesAndAddNothing) {
     scene().previewTargets({{}, {{1, 0, 0}, {}}});
     scene().previewTargets({});
     pump();
+    EXPECT_TRUE(added().empty());
+}
+
+TEST_F(PreviewsTest, NoTargetsClearPreviewedPointsToo) {
+    Visual* part = showCarrier();
+    const std::size_t ownChildren = part->getChildren().size();
+    std::vector<gp_Pnt> points{{1, 2, 3}};
+    scene().previewPoints(&points, part->id, {1, 0, 0});
+    scene().previewTargets({});
+    pump();
+    EXPECT_EQ(part->getChildren().size(), ownChildren);
     EXPECT_TRUE(added().empty());
 }
 
@@ -374,6 +409,17 @@ TEST_F(PreviewsTest, AJointWithoutLengthThrowsInTheTask) {
     EXPECT_EQ(addedOf<PreviewedJointVisual>().size(), 1u);
     scene().setPreviewedJointVisible({5, 5, 5}, {5, 5, 5});
     EXPECT_THAT(Drain, ThrowsMessage<std::overflow_error>("0-length vector cannot be normalized."));
+}
+
+TEST_F(PreviewsTest, AJointWhoseArrowAHostDeletedIsShownWithoutIt) {
+    scene().createPreviewedJointVisual();
+    pump();
+    const PreviewedJointVisual* joint = addedOf<PreviewedJointVisual>().at(0);
+    scene().deleteVisual(joint->getArrow());
+    EXPECT_EQ(joint->getArrow(), nullptr);
+    scene().setPreviewedJointVisible({0, 0, 0}, {1, 0, 0});
+    EXPECT_NO_THROW(pump());
+    EXPECT_EQ(joint->getLine().getPoints().back(), (Pos{1, 0, 0}));
 }
 
 TEST_F(PreviewsTest, AJointRemovedBeforeItIsShownIsPassedOver) {
