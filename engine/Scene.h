@@ -214,8 +214,9 @@ public:
     /// A user component, a sensor or a spray; any other kind does nothing. Sprays are shown by this
     /// alone: a station that is loaded shows none.
     void addSmartComponent(sdf::SdfNode* modelNode);
-    /// Shows a sensor anew after its properties changed, selected if its id is. The id is looked up
-    /// strictly in the task; for another kind of visual it is what that one's update does.
+    /// Shows a sensor anew after its properties changed, selected if its id is, and hidden if it is.
+    /// The id is looked up strictly in the task; for another kind of visual it is what that one's
+    /// update does.
     void updateSensor(std::uint32_t id);
     void addPointCloud(sdf::SdfNode* modelNode);
     void addFrame(sdf::SdfNode* modelNode);
@@ -253,9 +254,10 @@ public:
     // --- paths; thread: any, but for what is said to be of the caller ---
     // A move's visual hangs under that of the object frame of its work object, or, with a target
     // given by joint values, under that of its task's parent, where 0 and the station logic's id
-    // stand for the root. Ids and objects are looked up strictly in the task, unless said
-    // otherwise; one of another kind throws std::bad_cast there. Null for a path or a move throws
-    // std::invalid_argument on the caller; a move's predecessor may be null.
+    // stand for the root. Updates leave hidden what is hidden. Ids and objects are looked up
+    // strictly in the task, unless said otherwise; one of another kind throws std::bad_cast there.
+    // Null for a path or a move throws std::invalid_argument on the caller; a move's predecessor
+    // may be null.
 
     /// The path, then each of its moves, in a task of its own. The parents of the moves are looked
     /// up strictly on the caller too. Thread: caller.
@@ -269,8 +271,8 @@ public:
     void removePathVisual(std::uint32_t id);
     /// Shows a move without an arrow; the lines of its path stay as they are.
     void buildMoveInstruction(task::MoveInst* move);
-    /// Shows moves, each given with its predecessor and its parent's id, then makes the lines of
-    /// the last one's path anew if that is shown: all should be of one path.
+    /// Shows moves, each given with its predecessor and the id of what it hangs under, then makes
+    /// the lines of the last one's path anew if that is shown: all should be of one path.
     void buildMoveInstructions(
         std::vector<std::tuple<task::MoveInst*, task::MoveInst*, std::uint32_t>>&& moves);
     /// updatePath for one move.
@@ -579,7 +581,6 @@ private:
     void buildTask(std::uint32_t id);
     void buildToolData(sdf::SdfNode* item);
     void buildPaths(const task::Task& job);
-    [[nodiscard]] Visual* findMoveParent(std::uint32_t parentId) const;
     void doUpdatePath(std::uint32_t id);
     void doUpdateInstruction(task::MoveInst* prev, task::MoveInst* cur);
     void doSetDrawPathArrow(bool on);
