@@ -214,7 +214,7 @@ public:
     /// A user component, a sensor or a spray; any other kind does nothing. Sprays are shown by this
     /// alone: a station that is loaded shows none.
     void addSmartComponent(sdf::SdfNode* modelNode);
-    /// Shows a sensor anew after its properties changed, selected if its id is, and hidden if it is.
+    /// Shows a sensor anew after its properties changed, selected if its id is, hidden if it is.
     /// The id is looked up strictly in the task; for another kind of visual it is what that one's
     /// update does.
     void updateSensor(std::uint32_t id);
