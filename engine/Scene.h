@@ -212,7 +212,8 @@ public:
     /// other kind does nothing.
     void addMechanism(sdf::SdfNode* modelNode, bool buildChildren);
     /// A user component, a sensor or a spray; any other kind does nothing. Sprays are shown by this
-    /// alone: a station that is loaded shows none.
+    /// alone: a station that is loaded shows none. What is shown already throws
+    /// Ogre::ItemIdentityException in the task.
     void addSmartComponent(sdf::SdfNode* modelNode);
     /// Shows a sensor anew after its properties changed, selected if its id is, hidden if it is.
     /// The id is looked up strictly in the task; for another kind of visual it is what that one's
@@ -288,7 +289,8 @@ public:
     // --- previews: what a dialog shows before it exists; thread: any, unless said otherwise ---
     // They stay until they are removed, also while a station loads, and none of them can be picked.
     // Lists that are given as pointers must live until the task has run; null for one throws
-    // std::invalid_argument on the caller. Ids are looked up strictly in the task.
+    // std::invalid_argument on the caller. Ids are looked up strictly in the task. A pose that is
+    // not finite throws std::invalid_argument there.
 
     /// Shows an edge, in the pose, over the scene; one that was never triangulated is passed over.
     void previewEdge(const TopoDS_Edge& edge, const rob::PoseTemplate<float>& pose);
@@ -301,6 +303,7 @@ public:
     void addPreviewCurves(unsigned int id, geometry::PointList* list);
     /// The same, each with an arrow along `direction`, at its first point, or at that of the place
     /// `arrowAt` in its sequence; none for a direction without length or a place past the points.
+    /// Throws in the task what PreviewCurve::Build throws.
     void addPreviewCurvesWithDirection(unsigned int id, geometry::PointList* list,
                                        const rob::Vec3Template<float>& direction);
     void addPreviewCurvesWithDirection(unsigned int id, geometry::PointList* list,
@@ -329,8 +332,9 @@ public:
     /// The axis of a joint, in place of an earlier one; hidden until setPreviewedJointVisible.
     void createPreviewedJointVisual();
     void removePreviewedJointVisual();
-    /// From `start` to `end` in the world, which must differ: else std::overflow_error in the task.
-    /// Does nothing at all without a previewed joint. Thread: caller.
+    /// From `start` to `end` in the world; throws in the task what
+    /// PreviewedJointVisual::setStartAndEnd throws. Does nothing at all without a previewed joint.
+    /// Thread: caller.
     void setPreviewedJointVisible(const rob::PosTemplate<double>& start,
                                   const rob::PosTemplate<double>& end);
     void setPreviewedJointInvisible();
@@ -362,8 +366,8 @@ public:
     /// the points are spread over the whole circle.
     void createDiameterVisual(const rob::TPCircle& circle);
     void removeDimensionVisual();
-    /// A line through the points; `withArrow` puts an arrow on its first point, towards the second:
-    /// std::overflow_error in the task if the two coincide. The number has no effect.
+    /// A line through the points; `withArrow` puts an arrow on its first point, towards the second.
+    /// Throws in the task what PolylineVisual::Build throws. The number has no effect.
     void drawPolyline(const std::vector<rob::PosTemplate<float>>& points, unsigned int unused,
                       bool withArrow);
     void drawPolylines(const std::vector<std::vector<rob::PosTemplate<float>>>& lines,
@@ -390,9 +394,10 @@ public:
     void detachGui(GuiVisual* gui);
 
     // --- paint; thread: any ---
-    /// Lets a spray paint on the meshes of a visual and of what hangs below it. Sprays are counted:
-    /// the paint stays until the last one is removed. An unknown target does nothing, here and in
-    /// the other four.
+    /// Lets a spray paint on the meshes of a visual and of what hangs below it; those without a
+    /// record or normals are passed over. On what is hidden the paint is hidden too. Sprays are
+    /// counted: the paint stays until the last one is removed. An unknown target does nothing, here
+    /// and in the other four.
     void createPaintVisual(unsigned int target, unsigned int sprayId);
     void removePaintVisual(unsigned int target, unsigned int sprayId);
     /// Paints what the cone of a spray visual reaches, from where that visual stands now. `a` and
