@@ -1,6 +1,7 @@
 #include "engine/Scene.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <OgreSceneNode.h>
@@ -36,9 +37,15 @@ std::unique_lock<std::mutex> LockBriefly(std::mutex& mutex) {
 Scene* Scene::Instance = nullptr;
 
 void Scene::addRenderTask(std::function<void()>&& fn, unsigned long key) {
+    std::vector<RenderTask>
+        dropped;  // goes after the lock: what a task holds may post when it dies
     const std::unique_lock lock = LockBriefly(taskMutex);
-    if (key != 0)
-        std::erase_if(renderTasks, [key](const RenderTask& task) { return task.key == key; });
+    if (key != 0) {
+        const auto rest = std::ranges::stable_partition(
+            renderTasks, [key](const RenderTask& task) { return task.key != key; });
+        dropped.assign(std::move_iterator(rest.begin()), std::move_iterator(rest.end()));
+        renderTasks.erase(rest.begin(), rest.end());
+    }
     renderTasks.emplace_back(key, std::move(fn));
     broker::SignalBroker::updateScene();
 }
@@ -74,7 +81,9 @@ void Scene::drainLoadTasks() {
     for (; !loadTasks.empty(); loadTasks.pop_front()) loadTasks.front()();
 }
 
-void Scene::addTempVisual(Visual* visual) { tempVisuals[visual->id] = visual; }
+void Scene::addTempVisual(Visual* visual) {
+    if (visual) tempVisuals[visual->id] = visual;
+}
 
 void Scene::deleteVisual(Visual* visual) {
     if (!visual) return;

@@ -386,11 +386,13 @@ public:
     /// Ends a drag: every part of the handle is shown again as at rest.
     void resetDragHandle();
     /// Hangs a handle under a visual, in a local pose; it is then the scene's attached one, which
-    /// survives the removal of that visual. The id is looked up strictly in the task; null for a
-    /// pointer throws std::invalid_argument on the caller.
+    /// survives the removal of that visual. It is shown, hidden and enabled by itself, whatever the
+    /// visual is. The id is looked up strictly in the task; null for a pointer throws
+    /// std::invalid_argument on the caller.
     void attachGuiTo(GuiVisual* gui, Visual* visual, const rob::PoseTemplate<float>& pose);
     void attachGuiTo(GuiVisual* gui, unsigned int visualId, const rob::PoseTemplate<float>& pose);
-    /// Takes a handle out of the visual that it is attached to.
+    /// Takes a handle out of the visual that it is attached to. Parts that the host has enabled
+    /// stay enabled, and would be picked where they were: disable them first.
     void detachGui(GuiVisual* gui);
 
     // --- paint; thread: any ---
@@ -558,9 +560,13 @@ public:
     [[nodiscard]] TopoDS_Face GetBodyFaceInWorld(std::uint32_t id, int index) const;
 
     // --- helpers of the library's own builders; thread: render ---
+    /// Enters a visual under its id. Silent for null.
     void addTempVisual(Visual* visual);
     /// Deletes a visual with all below it. Silent for null and for one that stands in no map.
     void deleteVisual(Visual* visual);
+    /// Work objects, tools' centre points, paths and moves of a task. Throws std::out_of_range,
+    /// "unordered_map::at", for an unknown id, and std::bad_cast for another object's.
+    void buildTask(std::uint32_t id);
     /// The visual that a model object hangs under: that of its parent id, or the root when the id
     /// is 0, the station logic's, or no visual's. Throws std::invalid_argument for null.
     [[nodiscard]] Visual* resolveParentVisual(const sdf::SdfNode* modelNode) const;
@@ -583,7 +589,6 @@ private:
     void buildManipulator(layout::Manipulator* robot);
     void buildMechanism(sdf::SdfNode* modelNode, bool buildChildren);
     void buildSmartComponent(sdf::SdfNode* modelNode);
-    void buildTask(std::uint32_t id);
     void buildToolData(sdf::SdfNode* item);
     void buildPaths(const task::Task& job);
     void doUpdatePath(std::uint32_t id);

@@ -22,6 +22,7 @@
 #include "view/GlobalFrame.h"
 #include "view/OrbitViewController.h"
 #include "view/UpAxis.h"
+#include "visual/FinitePose.h"
 
 namespace vrn::visual {
 
@@ -122,6 +123,8 @@ void Camera::updateFOV() {
 }
 
 void Camera::setClipDist(float nearDistance, float farDistance) {
+    if (!std::isfinite(nearDistance) || !std::isfinite(farDistance) || farDistance < 0)
+        throw std::invalid_argument("clip distances must be finite, the far one 0 or more");
     camera->setNearClipDistance(nearDistance);
     camera->setFarClipDistance(farDistance);
     camera->setRenderingDistance(farDistance);
@@ -149,9 +152,9 @@ void Camera::setWorldPosition(const Pos& position) {
 }
 
 void Camera::setWorldRotation(const Rotation& rotation) {
-    const Ogre::Quaternion q(rotation.w, rotation.x, rotation.y, rotation.z);
-    RequireFinite(std::isfinite(q.Norm()));
-    node->_setDerivedOrientation(q.Norm() > 0 ? q : Ogre::Quaternion::IDENTITY);
+    RequireFinite(IsFinite(rotation));
+    const Rotation unit = UnitRotation(rotation);
+    node->_setDerivedOrientation(Ogre::Quaternion(unit.w, unit.x, unit.y, unit.z));
     node->_update(/*updateChildren=*/true, /*parentHasChanged=*/false);
     broker::SignalBroker::cameraMoved();
 }

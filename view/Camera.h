@@ -52,7 +52,9 @@ public:
     /// Fits aspect ratio and vertical field of view to the viewport; does nothing without one. For
     /// the host to call after resizing.
     void updateFOV();
-    /// Near and far plane; the far one is the rendering distance too.
+    /// Near and far plane; the far one is the rendering distance too, and 0 stands for none. Throws
+    /// std::invalid_argument for a distance that is not finite or a far one below 0, and
+    /// Ogre::InvalidParametersException for a near one of 0 or less.
     void setClipDist(float nearDistance, float farDistance);
     /// Width by height.
     [[nodiscard]] float getAspectRatio() const;

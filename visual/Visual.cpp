@@ -17,6 +17,7 @@
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
+#include "visual/FinitePose.h"
 
 namespace vrn::visual {
 
@@ -36,23 +37,10 @@ Ogre::Vector3 ToOgre(const Pos& p) { return {p.x, p.y, p.z}; }
 Pos FromOgre(const Ogre::Vector3& v) { return {v.x, v.y, v.z}; }
 Rotation FromOgre(const Ogre::Quaternion& q) { return {q.w, q.x, q.y, q.z}; }
 
-// A zero quaternion would turn the node into NaN: it counts as no turn. In double, where the
-// squares of no float overflow or vanish.
 Ogre::Quaternion ToOgre(const Rotation& r) {
-    const double w = r.w, x = r.x, y = r.y, z = r.z;
-    const double length = std::sqrt(w * w + x * x + y * y + z * z);
-    if (!(length > 0)) return Ogre::Quaternion::IDENTITY;
-    const auto unit = [length](double component) { return static_cast<float>(component / length); };
-    return {unit(w), unit(x), unit(y), unit(z)};
+    const Rotation unit = UnitRotation(r);
+    return {unit.w, unit.x, unit.y, unit.z};
 }
-
-bool IsFinite(const Pos& p) {
-    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-bool IsFinite(const Rotation& r) {
-    return std::isfinite(r.w) && std::isfinite(r.x) && std::isfinite(r.y) && std::isfinite(r.z);
-}
-bool IsFinite(const Pose& pose) { return IsFinite(pose.position) && IsFinite(pose.rotation); }
 
 // The node that the node of a new visual hangs under.
 Ogre::SceneNode* NodeOf(const Visual* parent) {

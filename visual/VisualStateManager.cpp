@@ -50,9 +50,22 @@ void VisualStateManager::refresh(Visual* visual) {
     const auto found = states.find(visual);
     const bool hasRecord = found != states.end();
     if (hasRecord) show(visual, found->second);
+    if (!hasRecord || found->second.mask == 0) showFromAbove(visual);
     if (states.size() == (hasRecord ? 1u : 0u)) return;  // nothing below has a state
     showBelow(visual,
               hasRecord ? Inherited(pickTopLayer(found->second.mask)) : VisualStateLayer::None);
+}
+
+// A body without a state of its own shows that of what it is part of.
+void VisualStateManager::showFromAbove(Visual* visual) const {
+    if (visual->type != VisualType::Solid && visual->type != VisualType::Mesh) return;
+    std::uint32_t layers = 0;
+    for (const Visual* part = visual; !part->attached && (part = part->getParent());) {
+        const auto found = states.find(part);
+        if (found != states.end()) layers |= Bit(Inherited(pickTopLayer(found->second.mask)));
+    }
+    if (pickTopLayer(layers) == VisualStateLayer::Selected) visual->setSelected();
+    if (pickTopLayer(layers) == VisualStateLayer::Highlighted) visual->setHighlighted();
 }
 
 // `above` is what the visuals on the way down have been given to show.
@@ -105,10 +118,8 @@ void VisualStateManager::clearLayer(VisualStateLayer layer) {
     std::vector<Visual*> concerned;
     for (auto& [visual, state] : states)
         if (state.mask & Bit(layer)) concerned.push_back(const_cast<Visual*>(visual));
-    for (Visual* visual : concerned) {
-        states[visual].clear(layer);
-        refresh(visual);
-    }
+    for (Visual* visual : concerned) states[visual].clear(layer);
+    for (Visual* visual : concerned) refresh(visual);
     std::erase_if(states, [](const auto& entry) { return entry.second.isEmpty(); });
 }
 

@@ -36,7 +36,8 @@ public:
     void setLayer(Visual* visual, VisualStateLayer layer, bool on, const std::string& name);
     /// Undoes the look so far, also without a record, then shows the top layer. The looks of a
     /// compound go down to its bodies: what stands below in a state of its own is shown in that
-    /// again, unless the compound is itself selected or highlighted and that matters more.
+    /// again, unless the compound is itself selected or highlighted and that matters more. A body
+    /// that is left without a state is shown selected or highlighted as long as its compound is.
     void refresh(Visual* visual);
     [[nodiscard]] bool hasLayer(const Visual* visual, VisualStateLayer layer) const;
     /// Takes a layer from all visuals and refreshes each that had it.
@@ -59,6 +60,7 @@ private:
 
     static void show(Visual* visual, const LayerState& state);
     void showBelow(const Visual* visual, VisualStateLayer above) const;
+    void showFromAbove(Visual* visual) const;
 
     std::unordered_map<const Visual*, LayerState> states;
 };

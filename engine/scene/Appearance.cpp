@@ -38,6 +38,12 @@ void CollectBodies(Visual* visual, std::vector<NotedVisual>& bodies) {
     CollectBodiesBelow(visual, bodies);
 }
 
+// A task that names itself, or another one, as its robot would be gone through without end.
+bool IsGroupOfObjects(std::uint32_t id) {
+    const sdf::SdfNode* object = sdf::SdfManager::inst()->find(id);
+    return dynamic_cast<const task::Task*>(object) || dynamic_cast<const task::Operation*>(object);
+}
+
 template <class Action>
 void ForEachBody(Visual* visual, Action action) {
     for (ForestIterator<Visual> it(visual); it.next();)
@@ -130,7 +136,8 @@ void Scene::doSelectModelObject(std::uint32_t id) {
         selectEach(job->getToolDataItems());
         selectEach(job->getWObjDataItems());
         selectEach(job->getJointTargetDataItems());
-        if (job->getManipulatorId() != 0) doSelectVisual(job->getManipulatorId());
+        const std::uint32_t robot = job->getManipulatorId();
+        if (robot != 0 && !IsGroupOfObjects(robot)) doSelectVisual(robot);
     } else if (const auto* operation = dynamic_cast<task::Operation*>(object)) {
         for (const std::uint32_t child : operation->getObjChildren()) doSelectVisual(child);
     }

@@ -35,6 +35,11 @@ SolidVisual* AsSolid(Visual* visual) {
     return visual->type == VisualType::Solid ? dynamic_cast<SolidVisual*>(visual) : nullptr;
 }
 
+// A number that was refused when it was set has nothing to clear, and must not end another batch.
+bool HasFace(const SolidVisual& solid, unsigned int index) {
+    return index >= 1 && index <= static_cast<unsigned int>(solid.getFaceMap().Extent());
+}
+
 }  // namespace
 
 // --- highlight
@@ -52,7 +57,7 @@ void Scene::clearHighlightedFace() {
     if (highlightedFace.isNull()) return;
     PostToSolid(*this, highlightedFace.solid,
                 [index = highlightedFace.faceIndex](SolidVisual* present) {
-                    present->clearHighLightFace(index);
+                    if (HasFace(*present, index)) present->clearHighLightFace(index);
                 });
     highlightedFace.clear();
 }
@@ -85,13 +90,15 @@ void Scene::clearSelectedFace(std::uint32_t id, unsigned int index) {
     clearHighlightedVisual();
     SolidVisual* solid = AsSolid(visuals.at(id));
     if (!solid || std::erase(selectedFaces, VisFace{solid, index}) == 0) return;
-    PostToSolid(*this, solid, [index](SolidVisual* present) { present->clearSelectedFace(index); });
+    PostToSolid(*this, solid, [index](SolidVisual* present) {
+        if (HasFace(*present, index)) present->clearSelectedFace(index);
+    });
 }
 
 void Scene::clearSelectedFaces() {
     for (const VisFace& face : selectedFaces)
         PostToSolid(*this, face.solid, [index = face.faceIndex](SolidVisual* present) {
-            present->clearSelectedFace(index);
+            if (HasFace(*present, index)) present->clearSelectedFace(index);
         });
     selectedFaces.clear();
 }

@@ -6,6 +6,7 @@
 #include "engine/Scene.h"
 #include "selection/VisualSelection.h"
 #include "view/Camera.h"
+#include "visual/FinitePose.h"
 #include "visual/Visual.h"
 
 namespace vrn::visual {
@@ -22,6 +23,16 @@ Pose Inverse(const Pose& pose) {
 
 Pose Compose(const Pose& a, const Pose& b) {
     return {rob::TransformPoint(a, b.position), a.rotation * b.rotation};
+}
+
+Pose WithUnitRotation(const Pose& pose) { return {pose.position, UnitRotation(pose.rotation)}; }
+
+// Before anything has changed: hung elsewhere with its old pose a visual would jump.
+Pose RequireFinite(const Pose& pose, const Visual& visual) {
+    if (!IsFinite(pose))
+        throw std::invalid_argument(
+            std::format("the pose of \"{}\" must be finite", visual.getName()));
+    return pose;
 }
 
 Visual* RequireVisual(Visual* visual) {
@@ -64,7 +75,10 @@ void Scene::setLocalOrigin(std::uint32_t id, const Pose& oldOrigin, const Pose& 
 
 void Scene::doSetLocalOrigin(std::uint32_t id, const Pose& oldOrigin, const Pose& newOrigin) {
     Visual* visual = visuals.at(id);
-    const Pose compensation = Compose(Inverse(newOrigin), oldOrigin);
+    RequireFinite(oldOrigin, *visual);
+    RequireFinite(newOrigin, *visual);
+    const Pose compensation =
+        Compose(Inverse(WithUnitRotation(newOrigin)), WithUnitRotation(oldOrigin));
     for (Visual* child : visual->getChildren())
         child->setPose(Compose(compensation, child->getPose()));
     visual->setWorldPose(newOrigin);
@@ -96,6 +110,7 @@ void Scene::moveVisualToParent(std::uint32_t id, std::uint32_t parentId, const P
 void Scene::doMoveVisualToParent(std::uint32_t id, std::uint32_t parentId, const Pose& worldPose) {
     Visual* visual = visuals.at(id);
     Visual* parent = parentId == 0 ? root : visuals.at(parentId);
+    RequireFinite(worldPose, *visual);
     parent->attachVisual(visual);
     visual->setWorldPose(worldPose);
     selection::VisualSelection::Get()->markDirty(visual);
@@ -110,8 +125,9 @@ void Scene::doAddAttachment(std::uint32_t childId, std::uint32_t parentId,
                             const rob::PoseTemplate<double>& pose) {
     Visual* parent = visuals.at(parentId);
     Visual* child = visuals.at(childId);
+    const Pose place = RequireFinite(Pose(pose), *child);
     parent->attachVisual(child);
-    child->setPose(Pose(pose));
+    child->setPose(place);
     child->setAttachState(true);
 }
 
@@ -124,8 +140,9 @@ void Scene::doDeleteAttachment(std::uint32_t childId, std::uint32_t newParentId,
                                const rob::PoseTemplate<double>& pose) {
     Visual* child = visuals.at(childId);
     Visual* parent = newParentId == 0 ? root : visuals.at(newParentId);
+    const Pose place = RequireFinite(Pose(pose), *child);
     parent->attachVisual(child);
-    child->setPose(Pose(pose));
+    child->setPose(place);
     child->setAttachState(false);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -40,6 +41,10 @@ struct Vec3Template {
     /// The same direction with length 1. Throws std::overflow_error for a length of at most 1e-7.
     [[nodiscard]] Vec3Template normalized() const {
         const T len = length();
+        const T most = std::max({std::abs(x), std::abs(y), std::abs(z)});
+        // Only the square of the length is too large for a number.
+        if (std::isinf(len) && !std::isinf(most))
+            return Vec3Template{x / most, y / most, z / most}.normalized();
         if (!(static_cast<double>(len) > zeroLength))
             throw std::overflow_error("0-length vector cannot be normalized.");
         return {x / len, y / len, z / len};

@@ -131,11 +131,15 @@ TEST_F(SceneFaces, ASelectedFaceIsNotHighlighted) {
     EXPECT_EQ(colorOf(2), stored);  // the highlight before it goes all the same
 }
 
-TEST_F(SceneFaces, ANumberPastTheFacesThrowsInsideTheBatch) {
+TEST_F(SceneFaces, ANumberPastTheFacesThrowsInsideTheBatchAndNotOnceMoreWhenItIsCleared) {
     scene().highlightFace(solid, 4);
     EXPECT_EQ(OutOfRangeOf([] { pump(); }), "NCollection_IndexedMap::FindKey");
     scene().clearHighlightedVisual();
+    EXPECT_NO_THROW(pump());
+    scene().selectBaseFace(solid->id, 4);
     EXPECT_EQ(OutOfRangeOf([] { pump(); }), "NCollection_IndexedMap::FindKey");
+    scene().clearSelections();
+    EXPECT_NO_THROW(pump());
 }
 
 // --- selection

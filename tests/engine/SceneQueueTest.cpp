@@ -50,6 +50,22 @@ TEST_F(SceneQueue, KeyZeroNeitherDropsNorIsDropped) {
     EXPECT_EQ(order, "abc");
 }
 
+TEST_F(SceneQueue, WhatAReplacedTaskHoldsMayPostWhenItGoes) {
+    struct Poster {
+        explicit Poster(std::function<void()> taskToPost) : task(std::move(taskToPost)) {}
+        Poster(const Poster&) = delete;
+        Poster& operator=(const Poster&) = delete;
+        ~Poster() { visual::Scene::Get()->addRenderTask(std::move(task), 0); }
+        std::function<void()> task;
+    };
+    auto poster = std::make_shared<Poster>(note('p'));
+    scene().addRenderTask([poster] {}, 5);
+    poster.reset();
+    scene().addRenderTask(note('b'), 5);
+    scene().processMsgs();
+    EXPECT_EQ(order, "bp");
+}
+
 TEST_F(SceneQueue, WhatATaskHoldsGoesBeforeTheNextTaskRuns) {
     auto held = std::make_shared<int>(1);
     const std::weak_ptr<int> watched = held;

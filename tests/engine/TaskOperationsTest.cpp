@@ -58,6 +58,16 @@ TEST_F(TaskOperations, AnAddedTaskBringsItsWorkObjectsAndToolCentrePoints) {
     EXPECT_EQ(shown(tcp)->getParent(), carrier);
 }
 
+TEST_F(TaskOperations, ATaskIsBuiltAtOnceOnTheRenderThread) {
+    auto* job = model.make<task::Task>("job");
+    auto* wobj = makeWObj(0);
+    job->addChild(*wobj);
+    scene().buildTask(job->id);
+    EXPECT_TRUE(isShown(wobj));
+    EXPECT_THROW(scene().buildTask(unknownId), std::out_of_range);
+    EXPECT_THROW(scene().buildTask(carrier->id), std::bad_cast);
+}
+
 TEST_F(TaskOperations, AnAddedTaskMustBeOneThatTheModelKnows) {
     scene().addTask(unknownId);
     expectUnknownKeyInTask();

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -241,6 +242,35 @@ TEST_F(TreeOperations, NewLocalOriginKeepsTheChildrenInPlace) {
     ExpectNear(carrier->getWorldPose(), next);
     ExpectNear(inner->getWorldPose(), before);
     ExpectNear(innermost->getWorldPose(), innermostBefore);
+}
+
+TEST_F(TreeOperations, ALocalOriginsRotationNeedsNoUnitLengthAndAZeroOneIsNoTurn) {
+    Visual* inner = add(load, QuarterTurnAt({5, 6, 7}));
+    for (const Rotation& turn : {Rotation{0, 0, 0, 0}, Rotation{2, 0, 0, 0}}) {
+        const Pose before = inner->getWorldPose();
+        scene().setLocalOrigin(load->id, {load->getPosition(), turn}, {{-30, 40, 50}, turn});
+        pump();
+        ExpectNear(inner->getWorldPose(), before);
+    }
+}
+
+TEST_F(TreeOperations, APoseThatIsRefusedLeavesAVisualWhereItHangs) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const Pose before = load->getWorldPose();
+    scene().moveVisualToParent(load->id, carrier->id, {{nan, 0, 0}, {}});
+    EXPECT_THROW(scene().processMsgs(), std::invalid_argument);
+    scene().addAttachment(load->id, carrier->id, {{nan, 0, 0}, {}});
+    EXPECT_THROW(scene().processMsgs(), std::invalid_argument);
+    EXPECT_EQ(load->getParent(), scene().root);
+    EXPECT_FALSE(load->attached);
+    EXPECT_EQ(load->getWorldPose(), before);
+
+    scene().addAttachment(load->id, carrier->id, {});
+    pump();
+    scene().deleteAttachment(load->id, carrier->id, 0, {{nan, 0, 0}, {}});
+    EXPECT_THROW(scene().processMsgs(), std::invalid_argument);
+    EXPECT_EQ(load->getParent(), carrier);
+    EXPECT_TRUE(load->attached);
 }
 
 TEST_F(TreeOperations, NewLocalOriginOfAVisualUnderATurnedParentIsAWorldPose) {

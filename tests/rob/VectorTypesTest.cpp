@@ -48,6 +48,13 @@ TEST(Vec3Template, NormalisedVectorKeepsItsDirection) {
     EXPECT_NEAR((Vec{3, -4, 12}.normalized().length()), 1, 1e-15);
 }
 
+TEST(Vec3Template, AVectorWhoseSquareIsTooLargeForANumberHasADirectionToo) {
+    const auto unit = vrn::rob::Vec3Template<float>{3e20f, -4e20f, 0}.normalized();
+    EXPECT_FLOAT_EQ(unit.x, 0.6f);
+    EXPECT_FLOAT_EQ(unit.y, -0.8f);
+    EXPECT_DOUBLE_EQ((Vec{0, 1e300, 0}.normalized().y), 1);
+}
+
 TEST(Vec3Template, CrossProductIsRightHanded) {
     EXPECT_EQ((Vec{1, 0, 0}.cross(Vec{0, 1, 0})), (Vec{0, 0, 1}));
     EXPECT_EQ((Vec{0, 1, 0}.cross(Vec{1, 0, 0})), (Vec{0, 0, -1}));

@@ -13,7 +13,8 @@ import sys
 from pathlib import Path
 
 #: What a script must not do: these make the scene, run the queue or delete what a visual's owner deletes.
-LEFT_OUT = {"isNull", "Get", "Init", "createCamera", "processMsgs", "deleteVisual", "addTempVisual"}
+LEFT_OUT = {"isNull", "Get", "Init", "createCamera", "processMsgs", "deleteVisual", "addTempVisual",
+            "buildTask"}
 
 
 def public_part(text):

@@ -190,6 +190,19 @@ TEST_F(CameraTest, FarDistanceIsTheRenderingDistanceToo) {
     EXPECT_EQ(camera().camera->getRenderingDistance(), 900.0f);
 }
 
+TEST_F(CameraTest, ClipDistancesThatAreNoneAreRefusedAndChangeNothing) {
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float infinite = std::numeric_limits<float>::infinity();
+    camera().setClipDist(7.0f, 900.0f);
+    EXPECT_THROW(camera().setClipDist(10, nan), std::invalid_argument);
+    EXPECT_THROW(camera().setClipDist(10, -5), std::invalid_argument);
+    EXPECT_THROW(camera().setClipDist(infinite, infinite), std::invalid_argument);
+    EXPECT_THROW(camera().setClipDist(10, infinite), std::invalid_argument);
+    EXPECT_THROW(camera().setClipDist(nan, 10), std::invalid_argument);
+    EXPECT_EQ(camera().camera->getNearClipDistance(), 7.0f);
+    EXPECT_EQ(camera().camera->getFarClipDistance(), 900.0f);
+}
+
 TEST_F(CameraTest, OnlyTheWordPerspectiveChoosesAProjection) {
     camera().camera->setProjectionType(Ogre::PT_ORTHOGRAPHIC);
     for (const char* word : {"", "Perspective", "perspective ", "orthographic"}) {
@@ -278,6 +291,10 @@ TEST_F(CameraTest, RotationsAreNormalisedAndAZeroQuaternionIsTheIdentity) {
     EXPECT_TRUE(camera().getWorldRotation().isApprox({0, 1, 0, 0}));
     camera().setWorldRotation({0, 0, 0, 0});
     EXPECT_TRUE(camera().getWorldRotation().isApprox({}));
+    for (const float length : {1e-25f, 1e25f}) {
+        camera().setWorldRotation({0, length, 0, 0});
+        EXPECT_TRUE(camera().getWorldRotation().isApprox({0, 1, 0, 0})) << length;
+    }
 }
 
 TEST_F(CameraTest, APoseThatIsNotFiniteThrowsAndChangesNothing) {

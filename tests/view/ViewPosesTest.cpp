@@ -76,6 +76,15 @@ TEST_F(ViewPoses, AnEmptySceneIsASphereOfTenRoundTheOrigin) {
     EXPECT_NEAR(scene().getViewAllPose().position.asVec3().length(), distanceFor(10), 1e-3f);
 }
 
+TEST_F(ViewPoses, ADirectionNeedsNoUnitLengthHoweverLongItIs) {
+    const Pose pose = scene().getViewPoseForDir({1, 1, -1});
+    for (const float length : {1e-3f, 1e10f, 1e30f}) {
+        const Pose other = scene().getViewPoseForDir({length, length, -length});
+        ExpectNear(other.position.asVec3(), pose.position.asVec3(), 1e-3f);
+        EXPECT_TRUE(other.rotation.isApprox(pose.rotation));
+    }
+}
+
 TEST_F(ViewPoses, TheSphereRoundTheBoxJustFits) {
     showCube({0, 0, 50});
     const Pose pose = scene().getViewPoseForDir({0, 1, 0});

@@ -321,6 +321,18 @@ TEST_F(SceneAppearance, ATaskWithoutARobotOrVisualsSelectsNothing) {
     EXPECT_TRUE(isOutlineOn());
 }
 
+TEST_F(SceneAppearance, ATaskThatNamesATaskAsItsRobotIsNotGoneThroughForEver) {
+    auto* job = model.make<task::Task>("job");
+    auto* other = model.make<task::Task>("other");
+    job->setManipulatorId(other->id);
+    other->setManipulatorId(job->id);
+    scene().setVisualSelected(job->id);
+    EXPECT_NO_THROW(pump());
+    job->setManipulatorId(job->id);
+    scene().setVisualSelected(job->id);
+    EXPECT_NO_THROW(pump());
+}
+
 TEST_F(SceneAppearance, AnOperationStandsForItsChildrenInListOrder) {
     auto* operation = model.make<task::Operation>("weld");
     auto* inner = model.make<task::Operation>("inner");
@@ -413,6 +425,26 @@ TEST_F(SceneAppearance, ACollisionMarksTheBodiesBelow) {
     EXPECT_FALSE(has(part, Contact));
     EXPECT_EQ(MaterialOf(mesh), "CollisionContact");
     scene().setCollision(part->id, false);
+    pump();
+    EXPECT_EQ(MaterialOf(mesh), "Body");
+}
+
+TEST_F(SceneAppearance, BodiesOfASelectedPartAreShownSelectedAgainAfterACollision) {
+    scene().setVisualSelected(part->id);
+    pump();
+    const std::string selected = MaterialOf(mesh);
+    scene().setCollision(part->id, true);
+    pump();
+    EXPECT_EQ(MaterialOf(mesh), "CollisionContact");
+    scene().setCollision(part->id, false);
+    pump();
+    EXPECT_EQ(MaterialOf(mesh), selected);
+    scene().setCollision(part->id, true);
+    pump();
+    scene().clearAllCollisionContacts();
+    pump();
+    EXPECT_EQ(MaterialOf(mesh), selected);
+    scene().clearSelections();
     pump();
     EXPECT_EQ(MaterialOf(mesh), "Body");
 }

@@ -169,11 +169,7 @@ void PaintVisual::setVisible(bool show, bool cascade) {
 
 void PaintVisual::setMesh(PaintMesh* paintMesh) {
     mesh = paintMesh;
-    auto* picking = VisualSelection::Get();
-    if (!picking->hasVisual(this)) return;
-    // What picks and sprays go by was built over the mesh before.
-    picking->getObject(this)->bvhBuilt = false;
-    picking->markDirty(this);
+    VisualSelection::Get()->rebuild(this);
 }
 
 void PaintVisual::setPaintColor(float r, float g, float b) { paintColor = {r, g, b, covered}; }
