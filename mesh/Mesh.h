@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,10 @@ public:
     /// they were. Throws std::invalid_argument if `other` is null.
     void addSubMesh(const Mesh* other, const rob::PoseTemplate<float>& pose);
 
+    /// Expires with this record, so that who keeps a pointer to it can tell whether it is still
+    /// there. Copies have one of their own.
+    [[nodiscard]] std::weak_ptr<const void> getLife() const { return life.token; }
+
     std::string name;  ///< key in MeshManager and name of the Ogre mesh
     std::vector<rob::PosTemplate<float>> vertices;
     std::vector<rob::Vec3Template<float>> normals;  ///< empty, or one a vertex
@@ -49,6 +54,16 @@ public:
     std::vector<std::uint32_t> changedVertices;     ///< filled by PaintMesh alone
     Box box;                                        ///< what getBox found at its first call
     bool boxValid = false;
+
+private:
+    struct Life {
+        Life() = default;
+        Life(const Life&) {}
+        Life& operator=(const Life&) { return *this; }
+        ~Life() = default;
+        std::shared_ptr<const char> token = std::make_shared<const char>('\0');
+    };
+    Life life;
 };
 
 }  // namespace vrn::visual

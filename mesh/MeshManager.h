@@ -72,7 +72,8 @@ public:
     [[nodiscard]] bool hasMesh(const std::string& name) const;
 
     /// Removes the record and the Ogre mesh and deletes the record, also when it is a PaintMesh.
-    /// Throws std::out_of_range if `mesh` is null or not the record that is stored under its name.
+    /// A visual that still shows the mesh goes on doing so, and nothing hits it any more. Throws
+    /// std::out_of_range if `mesh` is null or not the record that is stored under its name.
     void deleteMesh(Mesh* mesh);
     void deleteMesh(PaintMesh* mesh);
 

@@ -12,8 +12,8 @@ namespace vrn::selection {
 ///
 /// Box and queries take the scale of the visual's node in; the inverse pose carries none, so the
 /// scale is undone apart: world, turned and moved back, divided by the scale, mesh. A hit's
-/// `position` is in the world, its `distance` in the units of the mesh. The record of the mesh must
-/// outlive the object. Thread: render.
+/// `position` is in the world, its `distance` in the units of the mesh. Once the record of
+/// the mesh is deleted nothing hits the object. Thread: render.
 class VRN_VISUAL_API MeshObject : public SelectableObject {
 public:
     explicit MeshObject(visual::Visual* meshVisual);

@@ -12,7 +12,7 @@ namespace vrn::selection {
 
 SensitiveMesh::SensitiveMesh(visual::Mesh* shownMesh, visual::Visual* meshVisual,
                              const rob::PoseTemplate<float>& meshPose)
-    : mesh(shownMesh), visual(meshVisual) {
+    : mesh(shownMesh), visual(meshVisual), meshLife(shownMesh->getLife()) {
     setLocation(meshPose);
     box = mesh->getBox().transformed(meshPose);
     const auto count = static_cast<std::uint32_t>(mesh->indices.size() / 3);
@@ -29,6 +29,7 @@ SensitiveMesh::SensitiveMesh(visual::Mesh* shownMesh, visual::Visual* meshVisual
 }
 
 Result SensitiveMesh::intersect(const visual::Ray& ray) {
+    if (meshLife.expired()) return {};
     Result result = intersectTriangles(ray.transformed(inverseLocation));
     if (!result.hit) return result;
     result.position = TransformPoint(location, result.position);
@@ -37,10 +38,12 @@ Result SensitiveMesh::intersect(const visual::Ray& ray) {
 }
 
 Result SensitiveMesh::intersect(const rob::TriangleTemplate<float>& triangle) {
+    if (meshLife.expired()) return {};
     return intersectTriangles(triangle.transformed(inverseLocation));
 }
 
 Result SensitiveMesh::intersect(const rob::LineTemplate<float>& line) {
+    if (meshLife.expired()) return {};
     Result result = intersectTriangles(line.transformed(inverseLocation));
     if (!result.hit) return result;
     result.position = TransformPoint(location, result.position);
@@ -50,6 +53,7 @@ Result SensitiveMesh::intersect(const rob::LineTemplate<float>& line) {
 
 void SensitiveMesh::processIntersectionsWith(const visual::Box& region,
                                              std::function<void(unsigned int)> visit) const {
+    if (meshLife.expired()) return;
     intersectTriangles(region.transformed(inverseLocation), visit);
 }
 

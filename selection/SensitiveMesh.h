@@ -3,6 +3,8 @@
 #include "selection/BVHPrimitive.h"
 #include "selection/SensitiveTriangleSet.h"
 
+#include <memory>
+
 namespace vrn::visual {
 class Mesh;
 class Visual;
@@ -13,7 +15,8 @@ namespace vrn::selection {
 /// The triangles of a mesh record. Thread: render.
 class VRN_VISUAL_API SensitiveMesh final : public BVHPrimitive, public SensitiveTriangleSet {
 public:
-    /// Both must outlive the primitive. `hasLocation` stays false: the pose is used always.
+    /// The visual must outlive the primitive; one whose mesh was deleted is not hit any more.
+    /// `hasLocation` stays false: the pose is used always.
     SensitiveMesh(visual::Mesh* shownMesh, visual::Visual* meshVisual,
                   const rob::PoseTemplate<float>& meshPose);
 
@@ -25,8 +28,11 @@ public:
     [[nodiscard]] rob::TriangleTemplate<float> getTriangleVertices(
         SensitiveTriangle* triangle) const override;
 
-    visual::Mesh* mesh;      ///< not owned
+    visual::Mesh* mesh;      ///< not owned; dangles once meshLife has expired
     visual::Visual* visual;  ///< not owned
+
+private:
+    std::weak_ptr<const void> meshLife;
 };
 
 }  // namespace vrn::selection

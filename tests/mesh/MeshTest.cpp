@@ -7,6 +7,7 @@
 
 #include <cfloat>
 #include <limits>
+#include <memory>
 #include <numbers>
 #include <sstream>
 #include <stdexcept>
@@ -183,6 +184,22 @@ TEST(Mesh, MinusOneForWIsNotNearTheIdentity) {
     const Mesh other = Square();
     mesh.addSubMesh(&other, {{0.005f, 0, 0}, {-1, 0, 0, 0}});
     EXPECT_FLOAT_EQ(mesh.vertices[0].x, 0.005f);
+}
+
+TEST(Mesh, ItsLifeEndsWithItAndNoCopyProlongsIt) {
+    Mesh other("other");
+    std::weak_ptr<const void> life, lifeOfCopy;
+    {
+        const Mesh mesh = Square();
+        const Mesh copy = mesh;
+        other = mesh;
+        life = mesh.getLife();
+        lifeOfCopy = copy.getLife();
+        EXPECT_FALSE(life.expired());
+    }
+    EXPECT_TRUE(life.expired());
+    EXPECT_TRUE(lifeOfCopy.expired());
+    EXPECT_FALSE(other.getLife().expired());
 }
 
 TEST(PaintMesh, SetColorStoresAndNotesTheVertexEachTime) {
