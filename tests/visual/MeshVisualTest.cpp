@@ -92,6 +92,27 @@ TEST_F(MeshVisuals, ARegisteredMeshIsShownWithoutAFile) {
     MeshManager::Get()->deleteMesh(record);
 }
 
+TEST_F(MeshVisuals, AMeshWhoseRecordIsDeletedIsShownAndNothingHitsIt) {
+    const std::string file = writeBoxStl("mv_deleted.stl", {0, 0, 0}, {100, 100, 100}).string();
+    auto* visual = new MeshVisual("marker", root());
+    visual->attachMesh(file);
+    auto* picking = VisualSelection::Get();
+    picking->addMeshVisual(visual, /*detectable=*/true, /*priority=*/false);
+    lookFrom({500, 400, 300}, {50, 50, 50});
+    frame();
+    const auto center = project({50, 50, 50});
+    const rob::LineTemplate<float> through{{50, 50, -10}, {50, 50, 110}};
+    ASSERT_EQ(picking->select(center.x, center.y).visual, visual);
+    ASSERT_TRUE(picking->sense(through).hit);
+    MeshManager::Get()->deleteMesh(MeshManager::Get()->getMesh(file));
+    EXPECT_FALSE(picking->select(center.x, center.y).hit);
+    EXPECT_FALSE(picking->sense(through).hit);
+    visual->setPosition(1, 0, 0);  // only the place is worked out anew
+    EXPECT_NO_THROW(frame());
+    EXPECT_FALSE(picking->select(center.x, center.y).hit);
+    EXPECT_EQ(visual->getTrianglesNum(), 12u);
+}
+
 TEST_F(MeshVisuals, AnyOtherNameIsAnStlFile) {
     const std::string file = writeBoxStl("mv_file.stl", {0, 0, 0}, {1, 1, 1}).string();
     ASSERT_FALSE(MeshManager::Get()->hasMesh(file));
@@ -475,6 +496,22 @@ TEST_F(MeshVisuals, AnArrowStandsAtItsPlaceAlongItsDirection) {
     EXPECT_EQ(MaterialOf(arrow), "Axis");
     EXPECT_FALSE(scene().visuals.contains(arrow->id));
     EXPECT_EQ(pickableCount(), 0u);
+}
+
+TEST_F(MeshVisuals, AnArrowIsNoBodyOfWhatItHangsOn) {
+    Visual* edge = new Visual(root());
+    scene().visuals[edge->id] = edge;
+    const MeshVisual* arrow = MeshVisual::BuildArrow(edge, {}, {0, 0, 1});
+    EXPECT_EQ(edge->getBodiesNum(), 0u);
+    EXPECT_EQ(edge->getFacesNum(), 0u);
+    EXPECT_EQ(edge->getTrianglesNum(), 0u);
+    EXPECT_EQ(edge->getVerticesNum(), 0u);
+    scene().setVisualColor(edge->id, {0, 0, 1}, 1.0f);
+    pump();
+    EXPECT_EQ(ColourOf(arrow), Rgb(0xFF, 0xA7, 0x25));
+    scene().resetColor(edge->id);
+    pump();
+    EXPECT_EQ(ColourOf(arrow), Rgb(0xFF, 0xA7, 0x25));
 }
 
 TEST_F(MeshVisuals, AnArrowMayPointStraightDown) {

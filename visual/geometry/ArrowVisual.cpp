@@ -11,7 +11,7 @@
 
 namespace vrn::visual {
 
-ArrowVisual::ArrowVisual(Visual* parent) : MeshVisual("ArrowAxis", parent) {}
+ArrowVisual::ArrowVisual(Visual* parent) : MarkVisual("ArrowAxis", parent) {}
 
 ArrowVisual* ArrowVisual::Build(Visual* parent, const rob::PosTemplate<float>& position,
                                 const rob::Vec3Template<float>& direction,

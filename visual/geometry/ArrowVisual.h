@@ -1,13 +1,13 @@
 #pragma once
 
-#include "visual/geometry/MeshVisual.h"
+#include "visual/geometry/MarkVisual.h"
 
 class TopoDS_Edge;
 
 namespace vrn::visual {
 
 /// The built-in arrow, as a mark of a direction. Thread: render.
-class VRN_VISUAL_API ArrowVisual : public MeshVisual {
+class VRN_VISUAL_API ArrowVisual : public MarkVisual {
 public:
     /// At `position` of `parent` along `direction`, which need not be of unit length; `hexColor` as
     /// in Hex2RGB. Throws std::overflow_error for a zero direction and std::invalid_argument for a

@@ -19,6 +19,8 @@
 #include "visual/geometry/Detectable.h"
 #include "visual/geometry/EntityCounts.h"
 #include "visual/geometry/Hex2RGB.h"
+#include "visual/geometry/MarkVisual.h"
+#include "visual/ModelNode.h"
 
 namespace vrn::visual {
 
@@ -52,7 +54,7 @@ void MeshVisual::clearMesh() {
 }
 
 MeshVisual* MeshVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
-    auto& body = dynamic_cast<layout::Body&>(*modelNode);
+    auto& body = dynamic_cast<layout::Body&>(RequireModelNode(modelNode));
     const bool detectable = IsDetectable(*modelNode);
     const BodyMaterials looks = MaterialsOf(body);
 
@@ -71,7 +73,7 @@ MeshVisual* MeshVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
 MeshVisual* MeshVisual::BuildArrow(Visual* parent, const rob::PosTemplate<float>& position,
                                    const rob::DirTemplate<float>& direction) {
     const auto rotation = rob::RotationTemplate<float>::From2Dirs({0, 0, 1}, direction.asVec3());
-    auto arrow = std::make_unique<MeshVisual>(arrowMesh, parent);  // the tree's once it is placed
+    auto arrow = std::make_unique<MarkVisual>(arrowMesh, parent);  // the tree's once it is placed
     arrow->attachMesh(arrowMesh);
     arrow->setMaterial("Axis", "", "");
     arrow->resetAppearance();

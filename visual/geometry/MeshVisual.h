@@ -23,13 +23,14 @@ public:
 
     /// An STL body of the model: geometry URI, colour, material and "detectable" are read from it,
     /// absent ones being detectable and the material "Body"; entered in the registry and in the
-    /// selection. Throws std::bad_cast for an object that is no body, std::bad_any_cast for a value
-    /// of the wrong type, what attachMesh throws for the URI and what Hex2RGB throws for the
-    /// colour; then nothing is left.
+    /// selection. Throws std::invalid_argument for null, std::bad_cast for an object that is no
+    /// body, std::bad_any_cast for a value of the wrong type, what attachMesh throws for the URI
+    /// and what Hex2RGB throws for the colour; then nothing is left.
     static MeshVisual* Build(Visual* parent, sdf::SdfNode* modelNode);
     /// The built-in arrow at `position` along `direction` (need not be of unit length), in the
-    /// frame of `parent`; scaled by the scene's arrow size level. Throws std::overflow_error for a
-    /// zero direction, and then leaves the tree as it was.
+    /// frame of `parent`; scaled by the scene's arrow size level. It is a MarkVisual: no body of
+    /// `parent`. Throws std::overflow_error for a zero direction, and then leaves the tree as it
+    /// was.
     static MeshVisual* BuildArrow(Visual* parent, const rob::PosTemplate<float>& position,
                                   const rob::DirTemplate<float>& direction);
 

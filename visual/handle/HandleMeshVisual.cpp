@@ -13,6 +13,4 @@ void HandleMeshVisual::setSelected() { Visual::setSelected(); }
 
 void HandleMeshVisual::clearHighlightOrSelect() { Visual::clearHighlightOrSelect(); }
 
-void HandleMeshVisual::setBodyColor(const rob::ColorTemplate<float>& /*color*/, float /*alpha*/) {}
-
 }  // namespace vrn::visual
