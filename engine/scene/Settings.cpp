@@ -12,6 +12,7 @@
 
 #include "engine/LiveSetting.h"
 #include "engine/Scene.h"
+#include "engine/scene/SharedTargets.h"
 #include "view/Camera.h"
 #include "view/Grid.h"
 #include "visual/station/FrameVisual.h"
@@ -43,10 +44,7 @@ std::int32_t* SizeSetting(SceneSettings& settings, VisualType type) {
 void SetFrameSize(Visual* visual, unsigned size) {
     if (auto* frame = dynamic_cast<FrameVisual*>(visual)) frame->setFrameSize(size);
     if (auto* target = dynamic_cast<InstanceFrameVisual*>(visual)) target->setFrameSize(size);
-    if (auto* wobj = dynamic_cast<WObjVisual*>(visual)) {
-        wobj->getUserFrame()->setFrameSize(size);
-        if (FrameVisual* frame = wobj->getObjectFrame()) frame->setFrameSize(size);
-    }
+    if (auto* wobj = dynamic_cast<WObjVisual*>(visual)) wobj->setFrameSize(size);
 }
 
 // Only the first batch of a material has indices of its own.
@@ -132,7 +130,7 @@ void Scene::doSetFramesSize(unsigned int size, VisualType type) {
         if (visual->type != type) continue;
         // Inside the loop on purpose: a size asked for a kind that nothing has is not remembered.
         *setting = static_cast<std::int32_t>(size);
-        SetFrameSize(visual, size);
+        ForEachSharing(visual, [&](Visual* each) { SetFrameSize(each, size); });
     }
 }
 
@@ -158,7 +156,10 @@ void Scene::setDrawTargetZAxisOnly(bool on) {
     if (!LoadLive(settings.drawTargetVisual)) return;
     post([this, on] {
         for (const auto& [id, visual] : visuals)
-            if (auto* target = dynamic_cast<InstanceFrameVisual*>(visual)) target->updateEntity(on);
+            ForEachSharing(visual, [&](Visual* each) {
+                if (auto* target = dynamic_cast<InstanceFrameVisual*>(each))
+                    target->updateEntity(on);
+            });
     });
 }
 

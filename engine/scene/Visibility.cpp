@@ -4,6 +4,7 @@
 #include <array>
 
 #include "engine/Scene.h"
+#include "engine/scene/SharedTargets.h"
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/task/Operation.h"
@@ -106,7 +107,8 @@ void Scene::doSetVisualVisible(std::uint32_t id, bool show) {
 
 void Scene::doSetTypeVisible(VisualType type, bool show, bool cascade) {
     for (const auto& [id, visual] : visuals)
-        if (visual->type == type) visual->setVisible(show, cascade);
+        if (visual->type == type)
+            ForEachSharing(visual, [&](Visual* each) { each->setVisible(show, cascade); });
 }
 
 void Scene::setFrameVisualVisible(bool show) {

@@ -130,7 +130,26 @@ TEST_F(FrameSizes, AResizedTargetStaysPickableAndIsRegisteredOnce) {
     for (const RobtargetVisual* target : targets) EXPECT_EQ(scaleOf(target), Ogre::Vector3(25));
 }
 
+TEST_F(FrameSizes, MovesThatShareATargetAllShowItsNewSize) {
+    const std::uint32_t id = model.make<task::RobTargetDataItem>("shared")->id;
+    std::vector<RobtargetVisual*> triads;
+    for (int i = 0; i < 3; ++i) triads.push_back(RobtargetVisual::Build(scene().root, id));
+    resize(25, VisualType::RobTarget);
+    for (const RobtargetVisual* triad : triads) EXPECT_EQ(triad->getFrameSize(), 25.0f);
+}
+
 // --- z axes only
+
+TEST_F(FrameSizes, MovesThatShareATargetAllShowItsZAxisOnly) {
+    scene().settings.drawTargetVisual = true;
+    const std::uint32_t id = model.make<task::RobTargetDataItem>("shared")->id;
+    std::vector<RobtargetVisual*> triads;
+    for (int i = 0; i < 3; ++i) triads.push_back(RobtargetVisual::Build(scene().root, id));
+    scene().setDrawTargetZAxisOnly(true);
+    pump();
+    for (const RobtargetVisual* triad : triads)
+        EXPECT_EQ(scaleOf(triad), Ogre::Vector3(0.01f, 0.01f, 60));
+}
 
 TEST_F(FrameSizes, ZAxesOnlyReachTargetsWhileTargetsAreDrawn) {
     scene().settings.drawTargetVisual = true;

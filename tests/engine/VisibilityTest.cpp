@@ -9,9 +9,11 @@
 #include "suite/broker/SignalBroker.h"
 #include "suite/layout/Frame.h"
 #include "suite/layout/Layout.h"
+#include "suite/task/DataItem.h"
 #include "suite/task/Operation.h"
 #include "suite/task/Task.h"
 #include "tests/support/EngineFixture.h"
+#include "visual/station/RobtargetVisual.h"
 #include "visual/Visual.h"
 
 namespace vrn::test {
@@ -245,6 +247,17 @@ TEST_F(Visibility, ClassWideSwitchesReachTheirKindAlone) {
         (scene().*rows[i].setVisible)(true);
         pump();
         EXPECT_TRUE(visuals[i]->visible);
+    }
+}
+
+TEST_F(Visibility, TheSwitchOfTargetsReachesEachMoveThatSharesOne) {
+    const std::uint32_t id = model.make<task::RobTargetDataItem>("shared")->id;
+    std::vector<Visual*> triads;
+    for (int i = 0; i < 3; ++i) triads.push_back(visual::RobtargetVisual::Build(scene().root, id));
+    for (const bool show : {false, true}) {
+        scene().setTargetVisualVisible(show);
+        pump();
+        for (const Visual* triad : triads) EXPECT_EQ(triad->visible, show);
     }
 }
 

@@ -134,6 +134,40 @@ TEST_F(WObjs, WithItsObjectFrameRemovedTheUserFrameGoesOn) {
     EXPECT_NO_THROW(wobj->setObjectFrame({{1, 2, 3}, {}}));
 }
 
+TEST_F(WObjs, AUserFrameThatIsDeletedIsForgottenWithWhatHangsInIt) {
+    WObjVisual* wobj = build();
+    scene().deleteVisual(wobj->getUserFrame());
+    EXPECT_EQ(wobj->getUserFrame(), nullptr);
+    EXPECT_EQ(wobj->getObjectFrame(), nullptr);
+    item->parentId = addPlain(VisualType::Part)->id;
+    scene().updateWObj(item->id);
+    scene().setFrameSize(33, VisualType::WObj);
+    scene().setVisualHighlighted(item->id);
+    scene().setVisualSelected(item->id);
+    scene().clearSelections();
+    EXPECT_NO_THROW(pump());
+    EXPECT_EQ(wobj->getPosition(), (Pos{100, 0, 0}));
+}
+
+TEST_F(WObjs, AUserFrameThatHangsElsewhereIsTheWorkObjectsNoMore) {
+    Visual* carrier = addPlain(VisualType::Part);
+    WObjVisual* wobj = build();
+    FrameVisual* userFrame = wobj->getUserFrame();
+    scene().attachVisual(carrier->id, userFrame);
+    pump();
+    ASSERT_EQ(userFrame->getParent(), carrier);
+    EXPECT_EQ(wobj->getUserFrame(), nullptr);
+    EXPECT_EQ(wobj->getObjectFrame(), visualOf(item->getObjectFrame()));
+    scene().setFrameSize(33, VisualType::WObj);
+    pump();
+    EXPECT_EQ(sizeOf(userFrame), 90.0f);
+    EXPECT_EQ(sizeOf(wobj->getObjectFrame()), 33.0f);
+    scene().removeVisual(carrier->id);
+    scene().setVisualSelected(item->id);
+    EXPECT_NO_THROW(pump());
+    EXPECT_EQ(wobj->getObjectFrame(), nullptr);
+}
+
 // --- refusals
 
 TEST_F(WObjs, WithoutAnObjectFrameNothingIsBuilt) {

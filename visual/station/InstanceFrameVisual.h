@@ -37,6 +37,10 @@ public:
     /// The length of the z axis as drawn.
     [[nodiscard]] float getFrameSize() const;
 
+    /// The triad of the same id that was built before this one; null for none. From the one that
+    /// stands in the registry this leads to all that share its target.
+    [[nodiscard]] InstanceFrameVisual* getOlder() const { return older; }
+
     /// Whether the scene shows only the z axes of targets.
     [[nodiscard]] static bool showsZAxisOnly();
 

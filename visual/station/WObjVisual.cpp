@@ -7,6 +7,7 @@
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/task/DataItem.h"
+#include "visual/ModelNode.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/station/ModelPose.h"
 
@@ -27,7 +28,9 @@ const task::ObjectFrame& ObjectFrameOf(const task::WObjDataItem& item) {
 }  // namespace
 
 WObjVisual::WObjVisual(Visual* parent, sdf::SdfNode* modelNode)
-    : Visual(modelNode->id, std::format("__WOBJ_{}", modelNode->id), parent), node(modelNode) {
+    : Visual(RequireModelNode(modelNode).id,
+             std::format("__WOBJ_{}", RequireModelNode(modelNode).id), parent),
+      node(modelNode) {
     // Read before anything is registered: a refused item must leave no pointer to this behind.
     const auto& item = dynamic_cast<const task::WObjDataItem&>(*modelNode);
     const task::ObjectFrame& objectFrame = ObjectFrameOf(item);
@@ -60,6 +63,20 @@ FrameVisual* WObjVisual::getObjectFrame() const {
     return found != visuals.end() && found->second == oframe ? oframe : nullptr;
 }
 
+void WObjVisual::forgetChild(const Visual* child) {
+    if (child == uframe) uframe = nullptr;
+}
+
+std::vector<FrameVisual*> WObjVisual::frames() const {
+    std::vector<FrameVisual*> present{uframe, getObjectFrame()};
+    std::erase(present, nullptr);
+    return present;
+}
+
+void WObjVisual::setFrameSize(unsigned size) {
+    for (FrameVisual* frame : frames()) frame->setFrameSize(size);
+}
+
 void WObjVisual::setObjectFrame(const Pose& pose) {
     if (FrameVisual* frame = getObjectFrame()) frame->setPose(pose);
 }
@@ -70,23 +87,19 @@ void WObjVisual::update() {
     Scene::Get()->visuals.at(node->parentId)->attachVisual(this);
     setPose(userPose);
     setObjectFrame(objectPose);
-    selection::VisualSelection::Get()->markDirty(uframe);
-    if (FrameVisual* frame = getObjectFrame()) selection::VisualSelection::Get()->markDirty(frame);
+    for (FrameVisual* frame : frames()) selection::VisualSelection::Get()->markDirty(frame);
 }
 
 void WObjVisual::resetAppearance() {
-    uframe->resetAppearance();
-    if (FrameVisual* frame = getObjectFrame()) frame->resetAppearance();
+    for (FrameVisual* frame : frames()) frame->resetAppearance();
 }
 
 void WObjVisual::setSelected() {
-    uframe->setSelected();
-    if (FrameVisual* frame = getObjectFrame()) frame->setSelected();
+    for (FrameVisual* frame : frames()) frame->setSelected();
 }
 
 void WObjVisual::setHighlighted() {
-    uframe->setHighlighted();
-    if (FrameVisual* frame = getObjectFrame()) frame->setHighlighted();
+    for (FrameVisual* frame : frames()) frame->setHighlighted();
 }
 
 }  // namespace vrn::visual
