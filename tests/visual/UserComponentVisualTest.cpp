@@ -7,6 +7,7 @@
 #include "suite/smart/StationLogic.h"
 #include "tests/visual/ProbeVisual.h"
 #include "tests/visual/StationFixture.h"
+#include "visual/process/SprayVisual.h"
 
 namespace vrn::test {
 
@@ -51,21 +52,25 @@ TEST_F(UserComponents, EachKindOfChildIsBuiltAsWhatItIs) {
     auto* tool = model.make<layout::Tool>("tool");
     auto* device = model.make<layout::Device>("device");
     auto* nested = model.make<smartcomp::UserComponent>("nested");
+    auto* spray = model.make<smartcomp::SprayComponent>("spray");
+    spray->setProperty(7, 100.0);
+    spray->setProperty(8, 80.0);
     const layout::Link* link = addLink(tool, "tool link");
     for (sdf::SdfObject* child :
          {static_cast<sdf::SdfObject*>(group), static_cast<sdf::SdfObject*>(part),
           static_cast<sdf::SdfObject*>(tool), static_cast<sdf::SdfObject*>(device),
-          static_cast<sdf::SdfObject*>(nested)})
+          static_cast<sdf::SdfObject*>(nested), static_cast<sdf::SdfObject*>(spray)})
         component->addChild(*child);
     Visual* visual = build();
     EXPECT_THAT(visual->getChildren(),
                 ElementsAre(localFrameOf(visual), visualOf(group), visualOf(part), visualOf(tool),
-                            visualOf(device), visualOf(nested)));
+                            visualOf(device), visualOf(nested), visualOf(spray)));
     EXPECT_EQ(visualOf(group)->type, VisualType::Assembly);
     EXPECT_EQ(visualOf(part)->type, VisualType::Part);
     EXPECT_EQ(visualOf(tool)->type, VisualType::Tool);
     EXPECT_EQ(visualOf(device)->type, VisualType::Device);
     EXPECT_EQ(visualOf(nested)->type, VisualType::UserComponent);
+    EXPECT_NE(dynamic_cast<visual::SprayVisual*>(visualOf(spray)), nullptr);
     EXPECT_EQ(visualOf(link)->getBodiesNum(), 1u);  // with the parts of its links
 }
 

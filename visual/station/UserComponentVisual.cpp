@@ -6,6 +6,8 @@
 #include "engine/Scene.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
+#include "visual/ModelNode.h"
+#include "visual/process/SprayVisual.h"
 #include "visual/station/Appearance.h"
 #include "visual/station/AssemblyVisual.h"
 #include "visual/station/DeviceVisual.h"
@@ -35,6 +37,9 @@ void BuildChild(sdf::SdfNode* child) {
             return DeviceVisual::Build(parent, child, /*buildChildren=*/true);
         case sdf::ObjectType::UserComponent:
             return UserComponentVisual::Build(parent, child);
+        case sdf::ObjectType::SprayComponent:
+            SprayVisual::Build(parent, child);
+            return;
         default:
             if (sdf::IsKindOf(child->objectType, sdf::ObjectType::Sensor))
                 SensorVisual::Build(parent, child);
@@ -49,7 +54,7 @@ UserComponentVisual::UserComponentVisual(Visual* parent, sdf::SdfNode* modelNode
 }
 
 void UserComponentVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
-    auto& model = dynamic_cast<sdf::SdfContainer&>(*modelNode);
+    auto& model = dynamic_cast<sdf::SdfContainer&>(RequireModelNode(modelNode));
     auto* component = new UserComponentVisual(parent, modelNode);
     Scene::Get()->visuals[component->id] = component;
     for (const std::uint32_t childId : model.getObjChildren())

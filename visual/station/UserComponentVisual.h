@@ -13,9 +13,10 @@ public:
     UserComponentVisual(Visual* parent, sdf::SdfNode* modelNode);
 
     /// Makes the visual under `parent`, enters it in the registry, and builds its children, each
-    /// under the visual of its own parent id: assemblies, parts, tools, devices, components and
-    /// sensors; others are skipped. Throws std::out_of_range for a child that the model does not
-    /// know, and what a child throws; the component and the children so far then stay in the scene.
+    /// under the visual of its own parent id: assemblies, parts, tools, devices, components,
+    /// sprays and sensors; others are skipped. Throws std::invalid_argument for null, and then
+    /// leaves the tree as it was; std::out_of_range for a child that the model does not know, and
+    /// what a child throws: the component and the children so far then stay in the scene.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 
     /// Tools, devices, assemblies, parts and components.
