@@ -172,6 +172,38 @@ TEST_F(PointClouds, AnEmptyCloudIsNotPickableUntilItHasPoints) {
     EXPECT_EQ(pictureOf(visual).getNumSections(), 0u);
 }
 
+TEST_F(PointClouds, PointsThatComeBackArePickedIfTheCloudIsVisible) {
+    PointCloudVisual* visual = build();
+    const auto takePoints = [&] {
+        cloud->points.clear();
+        visual->updateRenderPrimitive();
+    };
+    const auto givePoints = [&] {
+        cloud->points = {{4, 5, 6}};
+        visual->updateRenderPrimitive();
+    };
+    scene().setVisualVisible(cloud->id, false);
+    pump();
+    takePoints();
+    givePoints();
+    EXPECT_FALSE(picking().getObject(visual)->enabled);
+    takePoints();
+    scene().setVisualVisible(cloud->id, true);
+    pump();
+    givePoints();
+    EXPECT_TRUE(picking().getObject(visual)->enabled);
+}
+
+TEST_F(PointClouds, PointsThatComeBackAreAsDetectableAsTheHostHadSet) {
+    PointCloudVisual* visual = build();
+    picking().setDetectable(visual, false);
+    cloud->points.clear();
+    visual->updateRenderPrimitive();
+    cloud->points = {{4, 5, 6}};
+    visual->updateRenderPrimitive();
+    EXPECT_FALSE(picking().getObject(visual)->detectable);
+}
+
 TEST_F(PointClouds, AnUpdateReadsThePointsAnew) {
     PointCloudVisual* visual = build();
     cloud->points.push_back({500, 0, 0});

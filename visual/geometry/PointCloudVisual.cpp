@@ -3,10 +3,12 @@
 #include <OgreManualObject.h>
 
 #include "engine/Scene.h"
+#include "selection/SelectableObject.h"
 #include "selection/VisualSelection.h"
 #include "suite/layout/PointCloud.h"
 #include "visual/geometry/Detectable.h"
 #include "visual/geometry/PointPicture.h"
+#include "visual/ModelNode.h"
 
 namespace vrn::visual {
 
@@ -18,7 +20,7 @@ constexpr const char* selectedLook = "PointCloudSelected";
 }  // namespace
 
 PointCloudVisual::PointCloudVisual(Visual* parent, sdf::SdfNode* modelNode)
-    : Visual(modelNode, parent),
+    : Visual(&RequireModelNode(modelNode), parent),
       cloud(dynamic_cast<const layout::PointCloud&>(*modelNode).points),
       detectable(IsDetectable(*modelNode)) {
     type = VisualType::PointCloud;
@@ -69,8 +71,14 @@ std::vector<rob::PosTemplate<float>> PointCloudVisual::selectedPoints() const {
 void PointCloudVisual::updateRegistration() {
     auto* picking = selection::VisualSelection::Get();
     const bool registered = picking->hasVisual(this);
-    if (cloud.empty() && registered) picking->removeObject(this);
-    if (!cloud.empty() && !registered) picking->addPointCloudVisual(this, detectable);
+    if (cloud.empty() && registered) {
+        detectable = picking->getObject(this)->detectable;  // a host may have set it
+        picking->removeObject(this);
+    }
+    if (!cloud.empty() && !registered) {
+        picking->addPointCloudVisual(this, detectable);
+        picking->setObjectEnabled(this, visible);
+    }
 }
 
 void PointCloudVisual::resetAppearance() {

@@ -21,13 +21,14 @@ namespace vrn::visual {
 /// drawn. Thread: render.
 class VRN_VISUAL_API PointCloudVisual : public Visual {
 public:
-    /// Nothing is drawn yet. Throws std::bad_cast for an object that is no cloud.
+    /// Nothing is drawn yet. Throws std::bad_cast for an object that is no cloud, and
+    /// std::invalid_argument for null.
     PointCloudVisual(Visual* parent, sdf::SdfNode* modelNode);
     ~PointCloudVisual() override;
 
     /// Under `parent`, with the pose of the model object, entered in the registry and, unless it is
-    /// empty, in the selection. Throws std::bad_cast for an object that is no cloud, and what
-    /// IsDetectable and the stored pose throw; then nothing is left.
+    /// empty, in the selection. Throws std::invalid_argument for null, std::bad_cast for an object
+    /// that is no cloud, and what IsDetectable and the stored pose throw; then nothing is left.
     static PointCloudVisual* Build(Visual* parent, sdf::SdfNode* modelNode);
 
     /// In place of what is selected now, and draws the cloud anew. An index beyond the cloud is
@@ -37,7 +38,8 @@ public:
     void setUnselectedVisible(bool show);
     /// For points that changed. Draws the cloud anew: all points, or only the selected ones while
     /// the others are hidden, and the selected ones once more over it. A cloud without points
-    /// leaves the selection, one with points enters it or is picked as it is now.
+    /// leaves the selection; one with points enters it, enabled if it is visible and as detectable
+    /// as it was, or is picked as it is now.
     void updateRenderPrimitive();
 
     /// Selects nothing and draws the cloud anew.
@@ -65,7 +67,7 @@ private:
     const std::vector<rob::PosTemplate<float>>& cloud;
     std::unordered_set<std::uint64_t> selectedIndices;
     bool unselectedHidden = false;
-    bool detectable;
+    bool detectable;  ///< while it is not in the selection
 };
 
 }  // namespace vrn::visual
