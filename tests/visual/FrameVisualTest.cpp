@@ -1,4 +1,5 @@
 #include <cmath>
+#include <limits>
 
 #include <gmock/gmock.h>
 
@@ -62,7 +63,7 @@ TEST_F(FrameVisuals, AnAnonymousTriadHasTheGivenSize) {
     const auto* frame = new FrameVisual(root(), 25.0f);
     EXPECT_EQ(frame->type, VisualType::Frame);
     EXPECT_GE(frame->id, sdf::SdfManager::firstTransientId);
-    EXPECT_EQ(frame->getName(), "Visual_" + std::to_string(frame->id));
+    EXPECT_EQ(frame->getName(), "__FRAME_" + std::to_string(frame->id) + "__");
     EXPECT_EQ(SizeOf(frame), 25.0f);
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(Axis(frame, i).getOpType(), RenderOpType::LineList);
@@ -112,6 +113,8 @@ TEST_F(FrameVisuals, WithoutANameTheIdMakesOne) {
     EXPECT_EQ((new FrameVisual(root(), 42, "", VisualType::Frame))->getName(), "__FRAME_42__");
     EXPECT_EQ((new FrameVisual(root(), 42, "Tool Frame", VisualType::Frame))->getName(),
               "Tool Frame");
+    const auto* dashed = new FrameVisual(root(), "", VisualType::Frame, 2);
+    EXPECT_EQ(dashed->getName(), "__FRAME_" + std::to_string(dashed->id) + "__");
 }
 
 TEST_F(FrameVisuals, SeveralMayCarryOneName) {
@@ -300,6 +303,20 @@ TEST_F(FrameVisuals, AFrameOfTheStationIsRegisteredAndPickable) {
     EXPECT_EQ(frame->getName(), "user frame");
     EXPECT_EQ(frame->getPose(), (rob::PoseTemplate<float>{{1.5f, 2.5f, 3.5f}, {0, 0, 1, 0}}));
     EXPECT_TRUE(VisualSelection::Get()->hasVisual(frame));
+}
+
+TEST_F(FrameVisuals, APoseThatIsRefusedLeavesNothing) {
+    const auto registered = scene().visuals;
+    const std::vector<Visual*> children = root()->getChildren();
+    const rob::PoseTemplate<double> broken{{std::numeric_limits<double>::quiet_NaN(), 0, 0}, {}};
+    auto* node = model.make<layout::Frame>("user frame");
+    node->setPose(broken);
+    EXPECT_THROW(FrameVisual::Build(root(), node), std::invalid_argument);
+    scene().addTaskFrame(sdf::SdfManager::inst()->generateId(), broken);
+    EXPECT_THROW(scene().processMsgs(), std::invalid_argument);
+    EXPECT_EQ(scene().visuals, registered);
+    EXPECT_EQ(root()->getChildren(), children);
+    EXPECT_EQ(pickableCount(), 0u);
 }
 
 TEST_F(FrameVisuals, AFrameWithoutANameIsNamedByItsId) {

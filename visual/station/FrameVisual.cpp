@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <format>
+#include <memory>
 
 #include <OgreMaterialManager.h>
 
@@ -11,7 +12,9 @@
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
+#include "visual/ModelNode.h"
 #include "visual/station/FrameSize.h"
+#include "visual/station/ModelPose.h"
 
 namespace vrn::visual {
 
@@ -36,24 +39,26 @@ std::string FrameName(const std::string& name, std::uint32_t id) {
 
 }  // namespace
 
-FrameVisual::FrameVisual(Visual* parent, float size) : LineVisual(parent) {
-    type = VisualType::Frame;
-    createAxes({0.0f, size});
+FrameVisual::FrameVisual(Visual* parent, std::uint32_t idIn, const std::string& name,
+                         VisualType frameType, const std::vector<float>& points)
+    : LineVisual(idIn, SharedName{FrameName(name, idIn)}, parent) {
+    type = frameType;
+    createAxes(points);
 }
+
+FrameVisual::FrameVisual(Visual* parent, float size)
+    : FrameVisual(parent, sdf::SdfManager::GenerateTransientId(), "", VisualType::Frame,
+                  {0.0f, size}) {}
 
 FrameVisual::FrameVisual(Visual* parent, std::uint32_t idIn, const std::string& name,
                          VisualType frameType)
-    : LineVisual(idIn, SharedName{FrameName(name, idIn)}, parent) {
-    type = FrameType(frameType);
-    createAxes({0.0f, FrameSizeOfType(type)});
-}
+    : FrameVisual(parent, idIn, name, FrameType(frameType),
+                  {0.0f, FrameSizeOfType(FrameType(frameType))}) {}
 
 FrameVisual::FrameVisual(Visual* parent, const std::string& name, VisualType frameType,
                          unsigned dashCount)
-    : LineVisual(sdf::SdfManager::GenerateTransientId(), SharedName{name}, parent) {
-    type = FrameType(frameType);
-    createAxes(dashPoints(FrameSizeOfType(type), dashCount));
-}
+    : FrameVisual(parent, sdf::SdfManager::GenerateTransientId(), name, FrameType(frameType),
+                  dashPoints(FrameSizeOfType(FrameType(frameType)), dashCount)) {}
 
 std::vector<float> FrameVisual::dashPoints(double size, unsigned dashCount) {
     const unsigned n = std::max(dashCount, 1u);
@@ -91,15 +96,19 @@ FrameVisual* FrameVisual::Build(Visual* parent, unsigned dashCount) {
 }
 
 void FrameVisual::Build(Visual* parent, std::uint32_t idIn, const rob::PoseTemplate<float>& pose) {
-    auto* frame = new FrameVisual(parent, idIn, "task frame for controller", VisualType::Frame);
-    Scene::Get()->visuals[frame->id] = frame;
+    // Ours until it has its place: a pose that is refused leaves nothing in the tree.
+    auto frame =
+        std::make_unique<FrameVisual>(parent, idIn, "task frame for controller", VisualType::Frame);
     frame->setPose(pose);
+    Scene::Get()->visuals[idIn] = frame.get();
+    frame.release();
 }
 
 void FrameVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
+    const rob::PoseTemplate<float> pose = ModelPose(RequireModelNode(modelNode));
     auto* frame = new FrameVisual(parent, modelNode->id, modelNode->name, VisualType::Frame);
     Scene::Get()->visuals[frame->id] = frame;
-    frame->setPose(rob::PoseTemplate<float>(modelNode->getPose()));
+    frame->setPose(pose);
     selection::VisualSelection::Get()->addLineVisual(frame);
 }
 

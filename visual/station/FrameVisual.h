@@ -14,21 +14,24 @@ namespace vrn::visual {
 /// others are of size 0 and draw nothing. Thread: render.
 class VRN_VISUAL_API FrameVisual : public LineVisual {
 public:
-    /// An anonymous triad of the given size.
+    /// A triad of the given size, without a name and with a transient id.
     FrameVisual(Visual* parent, float size);
-    /// `frameType` None stands for Frame. Without a name it is called "__FRAME_{id}__". Several
-    /// frames may carry one name, and id 0, which local frames have, never stands in the registry.
+    /// `frameType` None stands for Frame. Without a name a frame is called "__FRAME_{id}__".
+    /// Several frames may carry one name, and id 0, which local frames have, never stands in the
+    /// registry.
     FrameVisual(Visual* parent, std::uint32_t idIn, const std::string& name, VisualType frameType);
-    /// A dashed triad; 0 dashes count as 1.
+    /// A dashed triad with a transient id; 0 dashes count as 1.
     FrameVisual(Visual* parent, const std::string& name, VisualType frameType, unsigned dashCount);
 
     /// A hidden preview frame that wears the selected look: plain with 1 dash, else dashed. The
     /// caller enters it where it wants it found.
     static FrameVisual* Build(Visual* parent, unsigned dashCount);
-    /// The task frame of a controller, entered in the registry; not pickable.
+    /// The task frame of a controller, entered in the registry; not pickable. Throws what
+    /// Visual::setPose throws, and then leaves the tree as it was.
     static void Build(Visual* parent, std::uint32_t idIn, const rob::PoseTemplate<float>& pose);
     /// A frame of the station, with id, name and pose of its model object, entered in the registry
-    /// and in the selection.
+    /// and in the selection. Throws std::invalid_argument for null and what ModelPose throws, and
+    /// then leaves the tree as it was.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 
     /// Moves the second point of each axis to the new length. On a dashed triad that is the end of
@@ -45,6 +48,8 @@ public:
     [[nodiscard]] static std::vector<float> dashPoints(double size, unsigned dashCount);
 
 private:
+    FrameVisual(Visual* parent, std::uint32_t idIn, const std::string& name, VisualType frameType,
+                const std::vector<float>& points);
     void createAxes(const std::vector<float>& points);
 
     DynamicLines* axisX = nullptr;
