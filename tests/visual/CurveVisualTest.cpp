@@ -9,8 +9,14 @@
 #include <OgreSimpleRenderable.h>
 #include <BRep_Builder.hxx>
 #include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
+#include <Poly_PolygonOnTriangulation.hxx>
 #include <Standard_TypeMismatch.hxx>
+#include <TColStd_Array1OfInteger.hxx>
+#include <TopExp.hxx>
+#include <TopoDS_Edge.hxx>
+#include <TopoDS_Vertex.hxx>
 #include <TopoDS_Wire.hxx>
 
 #include "selection/CurveObject.h"
@@ -31,6 +37,15 @@ using visual::CurveVisual;
 using visual::EdgeVisual;
 using visual::Visual;
 using Pos = rob::PosTemplate<float>;
+
+/// Gives the edge a polygon that names a node which its triangulation does not have.
+void Break(const TopoDS_Edge& edge) {
+    TColStd_Array1OfInteger nodes(1, 2);
+    nodes(1) = 1;
+    nodes(2) = 100000;
+    BRep_Builder().UpdateEdge(edge, new Poly_PolygonOnTriangulation(nodes),
+                              TriangulationOf(FanFace(3)));
+}
 
 /// From (0, 0, 0) to (100, 0, 0), (100, 100, 0), (0, 100, 0); three edges, the middle one of a
 /// curve that runs the other way.
@@ -209,6 +224,22 @@ TEST_F(Curves, AnEdgeThatWasMovedTakesTheBoxAlong) {
     pump();
     EXPECT_TRUE(picking()->getObject(curve)->box.isPointInside(10, 0, 7000));
     EXPECT_FALSE(picking()->getObject(curve)->box.isPointInside(10, 0, 0));
+}
+
+TEST_F(Curves, ACurveWithARefusedEdgeLeavesNothing) {
+    const TopoDS_Edge shown = LineEdge({0, 0, 0}, {100, 0, 0});
+    const TopoDS_Edge refused =
+        BRepBuilderAPI_MakeEdge(TopExp::LastVertex(shown), BRepBuilderAPI_MakeVertex({200, 0, 0}));
+    const TopoDS_Wire wire = BRepBuilderAPI_MakeWire(shown, refused);
+    Break(refused);
+    layout::Body* body = makeBody(wire);
+    const auto registered = scene().visuals;
+    const std::vector<Visual*> children = scene().root->getChildren();
+    EXPECT_ANY_THROW(CurveVisual::Build(scene().root, body, wire));
+    EXPECT_ANY_THROW(CurveVisual::Build(scene().root, refused));
+    EXPECT_EQ(scene().visuals, registered);
+    EXPECT_EQ(scene().root->getChildren(), children);
+    EXPECT_NO_THROW(CurveVisual::Build(scene().root, body, OpenWire()));
 }
 
 }  // namespace vrn::test

@@ -5,6 +5,7 @@
 #include "suite/layout/Body.h"
 #include "visual/geometry/Detectable.h"
 #include "visual/geometry/EdgeVisual.h"
+#include "visual/ModelNode.h"
 
 #include <BRepTools_WireExplorer.hxx>
 #include <Standard_TypeMismatch.hxx>
@@ -12,6 +13,8 @@
 #include <TopoDS_Edge.hxx>
 #include <TopoDS_Wire.hxx>
 
+#include <memory>
+#include <stdexcept>
 #include <string>
 
 namespace vrn::visual {
@@ -46,24 +49,29 @@ CurveVisual::CurveVisual(sdf::SdfNode* modelNode, Visual* parent) : Visual(model
     type = VisualType::Curve;
 }
 
+// What hangs below does not die with the node: a curve that is refused half-way takes its edges
+// along.
+CurveVisual::~CurveVisual() { clearChildren(); }
+
 CurveVisual* CurveVisual::Build(Visual* parent, const TopoDS_Shape& shape) {
+    if (!parent) throw std::invalid_argument("a curve needs a parent, got null");
     Require(shape, TopAbs_EDGE, "TopoDS::Edge");
-    auto* curve = new CurveVisual(parent->getName() + "_curve_", parent);  // the tree's from here
+    std::unique_ptr<CurveVisual> curve(new CurveVisual(parent->getName() + "_curve_", parent));
     curve->addEdge(curve->getName() + "_", shape);
     curve->enter(shape, /*detectable=*/false);
-    return curve;
+    return curve.release();
 }
 
 CurveVisual* CurveVisual::Build(Visual* parent, sdf::SdfNode* modelNode,
                                 const TopoDS_Shape& shape) {
-    const bool detectable = IsDetectable(*modelNode);
+    const bool detectable = IsDetectable(RequireModelNode(modelNode));
     const std::string uri = dynamic_cast<layout::Body&>(*modelNode).getGeometryUri();
     const std::vector<TopoDS_Edge> shapeEdges = EdgesInOrder(shape);
-    auto* curve = new CurveVisual(modelNode, parent);
+    std::unique_ptr<CurveVisual> curve(new CurveVisual(modelNode, parent));
     for (std::size_t i = 0; i < shapeEdges.size(); ++i)
         curve->addEdge(uri + "_curve_" + std::to_string(i) + "_", shapeEdges[i]);
     curve->enter(shape, detectable);
-    return curve;
+    return curve.release();
 }
 
 void CurveVisual::addEdge(const std::string& name, const TopoDS_Shape& edge) {

@@ -14,9 +14,11 @@ class EdgeVisual;
 /// selected. Thread: render.
 class VRN_VISUAL_API CurveVisual : public Visual {
 public:
+    ~CurveVisual() override;
+
     // Both builders enter the visual in the registry and in the selection, and never return null.
-    // They check the shape before they change the tree. An edge that was never triangulated shows
-    // nothing.
+    // An edge that was never triangulated shows nothing. What is refused, null with
+    // std::invalid_argument, leaves the tree as it was.
 
     /// A single edge, named as `parent` followed by "_curve_" and a transient id; contact tests do
     /// not see it. Throws Standard_TypeMismatch, "TopoDS::Edge", for anything else.
