@@ -609,8 +609,26 @@ TEST_F(SolidVisuals, AnEntityOnAnotherMeshReplacesTheOneThatWasShown) {
     dynamic_cast<SolidVisual*>(copy)->attachEntity(other->getMeshName());
     EXPECT_EQ(copy->getTrianglesNum(), 1u);
     EXPECT_EQ(copy->node->numAttachedObjects(), 1u);
-    EXPECT_THROW(dynamic_cast<SolidVisual*>(copy)->attachEntity("no such mesh"),
-                 Ogre::FileNotFoundException);
+}
+
+TEST_F(SolidVisuals, AnEntityOnAMeshThatNobodyKnowsIsRefusedAndNothingChanges) {
+    SolidVisual* solid = show(MeshedBox());
+    auto* copy = dynamic_cast<SolidVisual*>(*solid->copy(nullptr));
+    const Ogre::Entity* entity = copy->getEntity();
+    EXPECT_THROW(copy->attachEntity("no such mesh"), Ogre::FileNotFoundException);
+    EXPECT_EQ(copy->getEntity(), entity);
+    EXPECT_EQ(copy->getMeshName(), solid->getMeshName());
+    EXPECT_FALSE(Ogre::MeshManager::getSingleton().getByName("no such mesh", Ogre::RGN_AUTODETECT));
+}
+
+TEST_F(SolidVisuals, AnEntityOnAnotherMeshIsHiddenWithItsSolidAndWearsItsLook) {
+    SolidVisual* solid = show(MeshedBox());
+    const SolidVisual* other = show(FanFace(3));
+    auto* copy = dynamic_cast<SolidVisual*>(*solid->copy(nullptr));
+    copy->setVisible(false, /*cascade=*/false);
+    copy->attachEntity(other->getMeshName());
+    EXPECT_FALSE(copy->getEntity()->getVisible());
+    EXPECT_EQ(MaterialOf(copy), "TransBody");
 }
 
 // --- bodies of parts

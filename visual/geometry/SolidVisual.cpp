@@ -11,8 +11,11 @@
 #include "visual/geometry/EntityCounts.h"
 #include "visual/geometry/Hex2RGB.h"
 #include "visual/geometry/WireFrameVisual.h"
+#include "visual/ModelNode.h"
 
 #include <OgreEntity.h>
+#include <OgreException.h>
+#include <OgreMeshManager.h>
 #include <OgreResourceGroupManager.h>
 #include <OgreSceneManager.h>
 #include <OgreSceneNode.h>
@@ -23,6 +26,7 @@
 #include <TopoDS.hxx>
 
 #include <algorithm>
+#include <format>
 #include <limits>
 #include <memory>
 
@@ -97,7 +101,7 @@ SolidVisual* SolidVisual::Build(Visual* parent, const TopoDS_Shape& solidShape,
 
 SolidVisual* SolidVisual::Build(Visual* parent, sdf::SdfNode* modelNode,
                                 const TopoDS_Shape& solidShape) {
-    const bool detectable = IsDetectable(*modelNode);
+    const bool detectable = IsDetectable(RequireModelNode(modelNode));
     auto solid = std::make_unique<SolidVisual>(modelNode, solidShape, parent);
     if (solid->loadEntity(BodyColorTool::GetColorInfo(solid->id))) {
         const BodyMaterials looks = MaterialsOf(*solid->body);
@@ -129,12 +133,20 @@ void SolidVisual::showEntity(const std::string& entityName, const std::string& s
         entity->getSubEntity(i)->setCustomParameter(
             colourParameter, Ogre::Vector4(1, 1, 1, -1));  // the vertices bring their colours
     attachObject(entity);
+    // A node hides what hangs on it at that moment, not what is attached later.
+    entity->setVisible(visible);
 }
 
 void SolidVisual::attachEntity(const std::string& newMeshName) {
+    // First: to be asked for a mesh makes Ogre take note of an unknown name.
+    if (!Ogre::MeshManager::getSingleton().getByName(newMeshName, Ogre::RGN_AUTODETECT))
+        OGRE_EXCEPT(Ogre::Exception::ERR_FILE_NOT_FOUND,
+                    std::format("there is no mesh \"{}\"", newMeshName),
+                    "SolidVisual::attachEntity");
     destroyEntity();
     meshName = newMeshName;
     showEntity(std::to_string(id) + meshName, meshName);
+    resetAppearance();
 }
 
 void SolidVisual::updateMesh() {
@@ -142,8 +154,6 @@ void SolidVisual::updateMesh() {
     MeshManager::Get()->loadShape(this, BodyColorTool::GetColorInfo(id));
     showEntity(getName(), getCurrentMeshName());
     resetAppearance();
-    // A node hides what hangs on it at that moment, not what is attached later.
-    entity->setVisible(visible);
 }
 
 // --- faces

@@ -57,8 +57,8 @@ public:
                               const std::string& material, const std::string& highlighted,
                               const std::string& selected);
     /// A body of the station, in its stored colours; MaterialsOf tells its looks. Without triangles
-    /// it is a visual in the registry and nothing more. Throws as IsDetectable, MaterialsOf, the
-    /// constructor and MeshManager::loadShape do.
+    /// it is a visual in the registry and nothing more. Throws std::invalid_argument for null, and
+    /// as IsDetectable, MaterialsOf, the constructor and MeshManager::loadShape do.
     static SolidVisual* Build(Visual* parent, sdf::SdfNode* modelNode,
                               const TopoDS_Shape& solidShape);
 
@@ -106,7 +106,8 @@ public:
 
     /// As Visual::setVisible; showing the solid brings back all its hidden faces.
     void setVisible(bool show, bool cascade) override;
-    /// Shows the mesh of that name, which Ogre must know, and makes it the base name.
+    /// Shows the mesh of that name in the normal look, and makes it the base name. Throws
+    /// Ogre::FileNotFoundException for a name that Ogre does not know, and then changes nothing.
     void attachEntity(const std::string& newMeshName);
     /// Makes the picture anew for the faces that are visible now, in the normal look: a state layer
     /// shows again at the next refresh. Throws NoTriangleMesh if none has triangles, and what
