@@ -6,6 +6,7 @@
 #include "selection/VisualSelection.h"
 #include "visual/geometry/Detectable.h"
 #include "visual/geometry/PointPicture.h"
+#include "visual/ModelNode.h"
 
 namespace vrn::visual {
 
@@ -61,7 +62,7 @@ PointVisual* PointVisual::Build(std::uint32_t idIn, double x, double y, double z
 }
 
 PointVisual* PointVisual::Build(Visual* parent, sdf::SdfNode* modelNode, const Pos& position) {
-    const bool detectable = IsDetectable(*modelNode);
+    const bool detectable = IsDetectable(RequireModelNode(modelNode));
     auto* visual = new PointVisual(modelNode, parent, position);
     visual->setMaterial(normalLook, "PointSelected", "PointHighlighted");
     visual->resetAppearance();

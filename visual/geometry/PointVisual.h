@@ -23,8 +23,9 @@ public:
     static PointVisual* Build(Visual* parent, const rob::PosTemplate<float>& position);
     /// A preview point of that id under the root, in the registry; narrowed to float.
     static PointVisual* Build(std::uint32_t idIn, double x, double y, double z);
-    /// A body of one vertex, in the registry and in the selection. Throws what IsDetectable and the
-    /// stored pose throw; then nothing is left.
+    /// A body of one vertex, in the registry and in the selection. Throws
+    /// std::invalid_argument for null, and what IsDetectable and the stored pose throw; then
+    /// nothing is left.
     static PointVisual* Build(Visual* parent, sdf::SdfNode* modelNode,
                               const rob::PosTemplate<float>& position);
 

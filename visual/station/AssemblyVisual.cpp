@@ -3,6 +3,7 @@
 #include "engine/Scene.h"
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
+#include "visual/ModelNode.h"
 #include "visual/station/Appearance.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/station/LocalFrame.h"
@@ -16,7 +17,7 @@ AssemblyVisual::AssemblyVisual(Visual* parent, sdf::SdfNode* modelNode)
 }
 
 void AssemblyVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
-    auto& model = dynamic_cast<sdf::SdfContainer&>(*modelNode);
+    auto& model = dynamic_cast<sdf::SdfContainer&>(RequireModelNode(modelNode));
     auto* assembly = new AssemblyVisual(parent, modelNode);
     Scene* scene = Scene::Get();
     scene->visuals[assembly->id] = assembly;

@@ -14,7 +14,7 @@ public:
     /// Makes the visual under `parent`, enters it in the registry and builds what the assembly
     /// holds: an assembly as such, anything else as a part, each under the visual that its own
     /// parent id names. Throws std::out_of_range, "unordered_map::at", for an id that the model
-    /// does not hold.
+    /// does not hold, and std::invalid_argument for null.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 
     /// Assemblies and parts. The capital letter is part of the name.

@@ -2,6 +2,7 @@
 
 #include "engine/Scene.h"
 #include "suite/layout/Mechanism.h"
+#include "visual/ModelNode.h"
 #include "visual/station/MechanismFrame.h"
 
 namespace vrn::visual {
@@ -12,7 +13,7 @@ DeviceVisual::DeviceVisual(Visual* parent, sdf::SdfNode* modelNode, bool buildCh
 }
 
 void DeviceVisual::Build(Visual* parent, sdf::SdfNode* modelNode, bool buildChildren) {
-    const auto& model = dynamic_cast<const layout::Device&>(*modelNode);
+    const auto& model = dynamic_cast<const layout::Device&>(RequireModelNode(modelNode));
     auto* device = new DeviceVisual(parent, modelNode, buildChildren);
     Scene* scene = Scene::Get();
     scene->visuals[device->id] = device;

@@ -4,6 +4,7 @@
 
 #include "selection/VisualSelection.h"
 #include "suite/sdf/SdfNode.h"
+#include "visual/ModelNode.h"
 #include "visual/station/ModelPose.h"
 
 namespace vrn::visual {
@@ -14,7 +15,7 @@ JointTargetVisual::JointTargetVisual(Visual* parent, std::uint32_t idIn,
                           VisualType::JointTarget, "InstanceFrame", pose) {}
 
 JointTargetVisual* JointTargetVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
-    const rob::PoseTemplate<float> pose = ModelPose(*modelNode);
+    const rob::PoseTemplate<float> pose = ModelPose(RequireModelNode(modelNode));
     auto* target = new JointTargetVisual(parent, modelNode->id, &pose);
     target->resetAppearance();
     target->enterRegistry();

@@ -12,7 +12,8 @@ public:
                       const rob::PoseTemplate<float>* pose = nullptr);
 
     /// With id and pose of the model object, entered in the registry and in the selection. Throws
-    /// what ModelPose and the constructor throw; then the tree is as it was.
+    /// std::invalid_argument for null, and what ModelPose and the constructor throw; then the tree
+    /// is as it was.
     static JointTargetVisual* Build(Visual* parent, sdf::SdfNode* modelNode);
 };
 

@@ -2,6 +2,7 @@
 
 #include "engine/Scene.h"
 #include "suite/layout/Mechanism.h"
+#include "visual/ModelNode.h"
 #include "visual/station/Appearance.h"
 #include "visual/station/AssemblyVisual.h"
 #include "visual/station/PartVisual.h"
@@ -23,7 +24,7 @@ LinkVisual::LinkVisual(sdf::SdfNode* modelNode, Visual* parent) : Visual(modelNo
 }
 
 LinkVisual* LinkVisual::Build(sdf::SdfNode* modelNode, Visual* parent, bool buildChildren) {
-    auto& model = dynamic_cast<layout::Link&>(*modelNode);
+    auto& model = dynamic_cast<layout::Link&>(RequireModelNode(modelNode));
     auto* link = new LinkVisual(modelNode, parent);
     Scene::Get()->visuals[link->id] = link;
     if (buildChildren)

@@ -12,8 +12,8 @@ public:
 
     /// Makes the visual under `parent` and enters it in the registry; with `buildChildren` also the
     /// parts and assemblies among the link's children, each under the visual of its own parent id.
-    /// Throws std::bad_cast for an object that is no link, and what a part throws; the link then
-    /// stays in the scene.
+    /// Throws std::invalid_argument for null, std::bad_cast for an object that is no link, and what
+    /// a part throws: the link then stays in the scene.
     static LinkVisual* Build(sdf::SdfNode* modelNode, Visual* parent, bool buildChildren);
 
     /// Assemblies and parts.

@@ -6,6 +6,7 @@
 
 #include "engine/Scene.h"
 #include "suite/layout/Mechanism.h"
+#include "visual/ModelNode.h"
 #include "visual/station/WorkEnvelope2DVisual.h"
 #include "visual/station/WorkEnvelope3DVisual.h"
 #include "visual/station/WristVisual.h"
@@ -49,7 +50,7 @@ ManipulatorVisual::ManipulatorVisual(Visual* parent, sdf::SdfNode* modelNode, bo
 }
 
 void ManipulatorVisual::Build(Visual* parent, sdf::SdfNode* modelNode, bool buildChildren) {
-    const auto& model = dynamic_cast<const layout::Manipulator&>(*modelNode);
+    const auto& model = dynamic_cast<const layout::Manipulator&>(RequireModelNode(modelNode));
     auto* manipulator = new ManipulatorVisual(parent, modelNode, buildChildren);
     Scene* scene = Scene::Get();
     scene->visuals[manipulator->id] = manipulator;

@@ -17,7 +17,8 @@ public:
 
     /// Makes the visual under `parent` and enters it in the registry; then the wrist, under the
     /// visual of its parent id, which is looked up strictly. A robot without wrist gets none.
-    /// Throws std::bad_cast for an object that is no manipulator, and what the constructor throws.
+    /// Throws std::invalid_argument for null, std::bad_cast for an object that is no manipulator,
+    /// and what the constructor throws.
     static void Build(Visual* parent, sdf::SdfNode* modelNode, bool buildChildren);
 
     /// Deletes the envelopes, wherever they hang.

@@ -2,6 +2,7 @@
 
 #include "engine/Scene.h"
 #include "suite/layout/Mechanism.h"
+#include "visual/ModelNode.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/station/LinkVisual.h"
 #include "visual/station/LocalFrame.h"
@@ -24,7 +25,7 @@ void ForEachLinkAndFrame(const Visual* mechanism, Action action) {
 }  // namespace
 
 MechanismVisual::MechanismVisual(sdf::SdfNode* modelNode, Visual* parent)
-    : Visual(modelNode, parent) {}
+    : Visual(&RequireModelNode(modelNode), parent) {}
 
 // Delegates, so that the destructor takes the links along when a later step or a derived class
 // throws.

@@ -14,8 +14,8 @@ class FrameVisual;
 class VRN_VISUAL_API MechanismVisual : public Visual {
 public:
     /// Links and nodes are entered in the registry; without `buildChildren` the links stay without
-    /// parts. Throws std::bad_cast for an object that is no mechanism, and what a part throws; then
-    /// nothing of the mechanism is left.
+    /// parts. Throws std::invalid_argument for null, std::bad_cast for an object that is no
+    /// mechanism, and what a part throws; then nothing of the mechanism is left.
     MechanismVisual(sdf::SdfNode* modelNode, Visual* parent, bool buildChildren);
     ~MechanismVisual() override;
 

@@ -14,6 +14,7 @@
 #include "visual/geometry/MeshVisual.h"
 #include "visual/geometry/PointVisual.h"
 #include "visual/geometry/SolidVisual.h"
+#include "visual/ModelNode.h"
 #include "visual/station/Appearance.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/station/LocalFrame.h"
@@ -68,7 +69,7 @@ PartVisual::PartVisual(Visual* parent, sdf::SdfNode* modelNode)
 }
 
 void PartVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
-    auto& model = dynamic_cast<layout::Part&>(*modelNode);
+    auto& model = dynamic_cast<layout::Part&>(RequireModelNode(modelNode));
     auto* part = new PartVisual(parent, modelNode);
     Scene::Get()->visuals[part->id] = part;
     for (layout::Body* body : model.bodies()) BuildBody(part, body);

@@ -15,7 +15,7 @@ public:
     /// Makes the visual under `parent`, enters it in the registry and builds the bodies under it.
     /// Throws std::runtime_error, "File format is not brep or stl", for a body of another kind,
     /// std::bad_any_cast for a kind that is no text, and what reading a body throws; the part and
-    /// the bodies so far then stay in the scene.
+    /// the bodies so far then stay in the scene. Throws std::invalid_argument for null.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 
     /// Solids, curves, meshes and points.

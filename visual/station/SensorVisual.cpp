@@ -23,6 +23,7 @@
 #include "suite/smart/SmartComponent.h"
 #include "visual/geometry/CurveVisual.h"
 #include "visual/geometry/SolidVisual.h"
+#include "visual/ModelNode.h"
 #include "visual/station/Appearance.h"
 #include "visual/station/FrameVisual.h"
 #include "visual/station/LocalFrame.h"
@@ -98,8 +99,8 @@ SensorVisual::SensorVisual(Visual* parent, sdf::SdfNode* modelNode)
 }
 
 void SensorVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
-    const auto& sensor =
-        dynamic_cast<const smartcomp::Sensor&>(*sdf::SdfManager::inst()->at(modelNode->id));
+    const auto& sensor = dynamic_cast<const smartcomp::Sensor&>(
+        *sdf::SdfManager::inst()->at(RequireModelNode(modelNode).id));
     auto* visual = new SensorVisual(parent, modelNode);
     Scene::Get()->visuals[visual->id] = visual;
     visual->setPosition(Pos(sensor.getPosition()));

@@ -18,8 +18,9 @@ public:
 
     /// Makes the visual under `parent` at the sensor's position, enters it in the registry and
     /// builds what it shows. The model object is looked up by its id: std::out_of_range,
-    /// "unordered_map::at", if it is in no table, std::bad_cast if it is no sensor; nothing is left
-    /// then. Throws what buildChildren throws; the sensor then stays in the scene.
+    /// "unordered_map::at", if it is in no table, std::bad_cast if it is no sensor,
+    /// std::invalid_argument for null; nothing is left then. Throws what buildChildren throws; the
+    /// sensor then stays in the scene.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 
     /// What there is to see, triangulated, from the visual's origin; a null shape for nothing: a

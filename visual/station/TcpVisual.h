@@ -9,8 +9,9 @@ class VRN_VISUAL_API TcpVisual : public FrameVisual {
 public:
     TcpVisual(Visual* parent, sdf::SdfNode* modelNode);
 
-    /// With the pose of the model object, entered in the registry and in the selection. Throws what
-    /// ModelPose throws, and then leaves the tree as it was.
+    /// With the pose of the model object, entered in the registry and in the selection. Throws
+    /// std::invalid_argument for null and what ModelPose throws, and then leaves the tree as it
+    /// was.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 };
 

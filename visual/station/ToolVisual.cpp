@@ -2,6 +2,7 @@
 
 #include "engine/Scene.h"
 #include "suite/layout/Mechanism.h"
+#include "visual/ModelNode.h"
 #include "visual/station/MechanismFrame.h"
 
 namespace vrn::visual {
@@ -12,7 +13,7 @@ ToolVisual::ToolVisual(Visual* parent, sdf::SdfNode* modelNode, bool buildChildr
 }
 
 void ToolVisual::Build(Visual* parent, sdf::SdfNode* modelNode, bool buildChildren) {
-    const auto& model = dynamic_cast<const layout::Tool&>(*modelNode);
+    const auto& model = dynamic_cast<const layout::Tool&>(RequireModelNode(modelNode));
     auto* tool = new ToolVisual(parent, modelNode, buildChildren);
     Scene::Get()->visuals[tool->id] = tool;
     for (const layout::Frame* frame : model.frames())

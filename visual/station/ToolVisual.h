@@ -11,8 +11,9 @@ public:
 
     /// Makes the visual under `parent` and enters it in the registry; then a frame "Tool Frame"
     /// directly under it for each frame of the tool, in the registry and in the selection. Throws
-    /// std::bad_cast for an object that is no tool, what the constructor throws, and what ModelPose
-    /// throws for a frame: the tool and the frames before it then stay.
+    /// std::invalid_argument for null, std::bad_cast for an object that is no tool, what the
+    /// constructor throws, and what ModelPose throws for a frame: the tool and the frames before it
+    /// then stay.
     static void Build(Visual* parent, sdf::SdfNode* modelNode, bool buildChildren);
 };
 

@@ -2,6 +2,7 @@
 
 #include "engine/Scene.h"
 #include "suite/sdf/SdfNode.h"
+#include "visual/ModelNode.h"
 #include "visual/station/ModelPose.h"
 
 namespace vrn::visual {
@@ -11,7 +12,7 @@ WristVisual::WristVisual(Visual* parent, sdf::SdfNode* modelNode) : Visual(model
 }
 
 void WristVisual::Build(Visual* parent, sdf::SdfNode* modelNode) {
-    const rob::PoseTemplate<float> pose = ModelPose(*modelNode);
+    const rob::PoseTemplate<float> pose = ModelPose(RequireModelNode(modelNode));
     auto* wrist = new WristVisual(parent, modelNode);
     Scene::Get()->visuals[wrist->id] = wrist;
     wrist->setPose(pose);

@@ -9,8 +9,9 @@ class VRN_VISUAL_API WristVisual : public Visual {
 public:
     WristVisual(Visual* parent, sdf::SdfNode* modelNode);
 
-    /// With the pose of the model object, entered in the registry; not pickable. Throws what
-    /// ModelPose throws, and then leaves the tree as it was.
+    /// With the pose of the model object, entered in the registry; not pickable. Throws
+    /// std::invalid_argument for null and what ModelPose throws, and then leaves the tree as it
+    /// was.
     static void Build(Visual* parent, sdf::SdfNode* modelNode);
 };
 
