@@ -8,7 +8,9 @@
 #include <format>
 #include <stdexcept>
 #include <string>
-#include <system_error>
+#include <vector>
+
+#include "apps/headless/WholeFile.h"
 
 namespace vrn::headless {
 
@@ -66,21 +68,13 @@ void Picture::savePng(const std::filesystem::path& file) const {
     image.width = static_cast<png_uint_32>(width);
     image.height = static_cast<png_uint_32>(height);
     image.format = PNG_FORMAT_RGBA;
-    // Written beside the target and renamed: a reader never meets half a picture.
-    std::filesystem::path part = file;
-    part += ".part";
-    std::error_code error;
-    if (png_image_write_to_file(&image, part.c_str(), 0, pixels.data(), 0, nullptr) == 0) {
-        const std::string reason = image.message;
-        std::filesystem::remove(part, error);
-        throw FileError(file, reason);
-    }
-    std::filesystem::rename(part, file, error);
-    if (error) {
-        const std::string reason = error.message();
-        std::filesystem::remove(part, error);
-        throw FileError(file, reason);
-    }
+    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
+    std::vector<char> bytes(size);
+    if (png_image_write_to_memory(&image, bytes.data(), &size, 0, pixels.data(), 0, nullptr) == 0)
+        throw FileError(file, image.message);
+    WholeFile out(file);
+    out.stream().write(bytes.data(), static_cast<std::streamsize>(size));
+    out.commit();
 }
 
 Picture Picture::downscaled(int factor) const {

@@ -33,8 +33,9 @@ public:
     [[nodiscard]] static Picture readBack(Ogre::RenderTarget& target);
     /// Throws std::runtime_error, naming the file and the reason, if `file` is not a readable PNG.
     [[nodiscard]] static Picture loadPng(const std::filesystem::path& file);
-    /// Throws std::runtime_error, naming the file and the reason; then nothing is left under that
-    /// name but what was there before.
+    /// As a PNG, whatever the name ends with, by way of WholeFile. Throws std::runtime_error,
+    /// naming the file and the reason; then nothing is left under that name but what was there
+    /// before.
     void savePng(const std::filesystem::path& file) const;
 
     [[nodiscard]] int getWidth() const { return width; }

@@ -5,10 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <format>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 namespace vrn::host {
 
@@ -93,19 +91,7 @@ struct AnimatedPng::Area {
 };
 
 AnimatedPng::AnimatedPng(std::filesystem::path target, int delayMs)
-    : file(std::move(target)), part(file), delay(std::clamp(delayMs, 1, 65535)) {
-    part += ".part";
-    out.open(part, std::ios::binary);
-    if (!out) throw std::runtime_error(file.string() + ": cannot be written");
-}
-
-AnimatedPng::~AnimatedPng() {
-    std::error_code error;
-    if (out.is_open()) {
-        out.close();
-        std::filesystem::remove(part, error);
-    }
-}
+    : file(std::move(target)), out(file), delay(std::clamp(delayMs, 1, 65535)) {}
 
 void AnimatedPng::add(const Picture& picture) {
     const Area whole{0, 0, picture.getWidth(), picture.getHeight()};
@@ -118,7 +104,7 @@ void AnimatedPng::add(const Picture& picture) {
     }
     ++frames;
     last = picture;
-    if (!out) throw std::runtime_error(file.string() + ": cannot be written");
+    if (!out.stream()) throw std::runtime_error(file.string() + ": cannot be written");
 }
 
 void AnimatedPng::addFrame(const Picture& picture, const Area& area) {
@@ -132,9 +118,9 @@ void AnimatedPng::addFrame(const Picture& picture, const Area& area) {
     }
     const Bytes png = Encoded(rgb, area.width, area.height);
     if (frames == 0) {
-        out.write(reinterpret_cast<const char*>(signature.data()), signature.size());
+        out.stream().write(reinterpret_cast<const char*>(signature.data()), signature.size());
         writeChunk("IHDR", DataOf(png, "IHDR"));
-        countPlace = out.tellp();
+        countPlace = out.stream().tellp();
         writeChunk("acTL", Bytes(8));
         writeControl(area);
         writeChunk("IDAT", DataOf(png, "IDAT"));
@@ -161,28 +147,19 @@ void AnimatedPng::writeControl(const Area& area) {
 
 void AnimatedPng::writeChunk(std::string_view type, const Bytes& data) {
     const Bytes chunk = ChunkOf(type, data);
-    out.write(reinterpret_cast<const char*>(chunk.data()),
-              static_cast<std::streamsize>(chunk.size()));
+    out.stream().write(reinterpret_cast<const char*>(chunk.data()),
+                       static_cast<std::streamsize>(chunk.size()));
 }
 
 void AnimatedPng::finish() {
     if (frames == 0) throw std::runtime_error(file.string() + ": there is no picture to write");
     writeChunk("IEND", {});
-    out.seekp(countPlace);
+    out.stream().seekp(countPlace);
     Bytes count;
     Append32(count, frames);
     Append32(count, 0);  // without end
     writeChunk("acTL", count);
-    out.flush();
-    if (!out) throw std::runtime_error(file.string() + ": cannot be written");
-    out.close();
-    std::error_code error;
-    std::filesystem::rename(part, file, error);
-    if (error) {
-        const std::string reason = error.message();
-        std::filesystem::remove(part, error);
-        throw std::runtime_error(std::format("{}: {}", file.string(), reason));
-    }
+    out.commit();
 }
 
 }  // namespace vrn::host

@@ -2,12 +2,13 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
+#include <ios>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "apps/headless/Picture.h"
+#include "apps/headless/WholeFile.h"
 
 namespace vrn::host {
 
@@ -25,8 +26,6 @@ class AnimatedPng {
 public:
     /// Each picture is shown for `delayMs`, from 1 to 65535.
     AnimatedPng(std::filesystem::path target, int delayMs);
-    /// Without finish() nothing is left.
-    ~AnimatedPng();
     AnimatedPng(const AnimatedPng&) = delete;
     AnimatedPng& operator=(const AnimatedPng&) = delete;
 
@@ -43,8 +42,8 @@ private:
     void writeControl(const Area& area);
     void writeChunk(std::string_view type, const Bytes& data);
 
-    std::filesystem::path file, part;
-    std::ofstream out;
+    std::filesystem::path file;
+    headless::WholeFile out;
     int delay;
     std::uint32_t frames = 0;
     std::uint32_t sequence = 0;     ///< of the chunks that have a number
