@@ -5,7 +5,8 @@
 
 namespace vrn::host {
 
-/// What an exception says to a user: the engine's own adds the place in its source to what().
+/// What an exception says to a user: the engine's own adds the place in its source to what(), and
+/// of one of the file system it is "FILE: reason", as everywhere.
 /// Thread: any.
 [[nodiscard]] std::string ReasonOf(const std::exception& error);
 

@@ -3,13 +3,16 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <format>
 #include <sstream>
 #include <string_view>
 
+#include "apps/vrnview/drive/LineFields.h"
 #include "apps/vrnview/readers/Content.h"
+#include "apps/vrnview/readers/JsonFields.h"
 #include "apps/vrnview/readers/Words.h"
 
 namespace vrn::host {
@@ -66,9 +69,12 @@ void ReadMode(const std::string& name, Options& options) {
 
 void ReadCamera(const std::string& text, Options& options) {
     const auto numbers = NumbersOf(text, 6);
-    if (!numbers)
+    constexpr double farthest = JsonFields::maxLength;  // as in a station file
+    if (!numbers || std::ranges::any_of(*numbers, [](double n) { return std::abs(n) > farthest; }))
         throw CLI::ValidationError(
-            "--camera", std::format("'{}' is not px,py,pz,tx,ty,tz in millimetres", text));
+            "--camera",
+            std::format("'{}' is not px,py,pz,tx,ty,tz in millimetres, each of at most {:g}", text,
+                        farthest));
     const auto& n = *numbers;
     const CameraSpot spot{{n[0], n[1], n[2]}, {n[3], n[4], n[5]}};
     if (!((spot.target - spot.position).length() > rob::zeroLength))
@@ -112,9 +118,7 @@ void ReadJoint(const std::string& text, Options& options) {
 
 PickRequest::Pixel PixelOf(const std::string& option, const std::string& text) {
     const auto n = NumbersOf(text, 2);
-    // Far outside of any picture is as good as farther.
-    constexpr double limit = 1e6;
-    if (!n || std::ranges::any_of(*n, [](double v) { return std::abs(v) > limit; }))
+    if (!n || std::ranges::any_of(*n, [](double v) { return std::abs(v) > maxPixel; }))
         throw CLI::ValidationError(option, std::format("'{}' is not X,Y in pixels", text));
     return {static_cast<float>((*n)[0]), static_cast<float>((*n)[1]), 0};
 }
@@ -126,6 +130,30 @@ void ReadBox(const std::string& text, Options& options) {
         throw CLI::ValidationError("--box", std::format("'{}' is not x0,y0,x1,y1", text));
     options.pick.box = {PixelOf("--box", text.substr(0, comma)),
                         PixelOf("--box", text.substr(comma + 1))};
+}
+
+std::string EmptyError(const std::string& text) { return text.empty() ? "it is empty" : ""; }
+
+/// A PNG is what is written, so no other kind is promised. Devices and pipes have no ending.
+std::string PngError(const std::string& text) {
+    std::string ending = std::filesystem::path(text).extension().string();
+    std::ranges::transform(ending, ending.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return ending.empty() || ending == ".png"
+               ? ""
+               : std::format("'{}' does not end in .png: pictures are PNG files", text);
+}
+
+void RefuseEmptyTexts(CLI::App& app) {
+    for (CLI::Option* option : app.get_options()) option->check(EmptyError, "");
+    for (CLI::App* command : app.get_subcommands({})) RefuseEmptyTexts(*command);
+}
+
+/// The tour has looks and views of its own, and writes nothing but itself.
+void ExcludeFromTour(CLI::App& demo) {
+    for (const char* other : {"--output", "--save", "--view", "--camera", "--mode", "--joint",
+                              "--select", "--highlight", "--hide"})
+        demo.get_option("--tour")->excludes(other);
 }
 
 void AddJointOption(CLI::App& command, Options& options) {
@@ -162,7 +190,8 @@ void AddLookOptions(CLI::App& command, Options& options) {
             ->type_name("ID");
     };
     addObjects("--select", options.looks.select, "show an object as selected (repeatable)");
-    addObjects("--highlight", options.looks.highlight, "show an object as highlighted");
+    addObjects("--highlight", options.looks.highlight,
+               "show an object as highlighted (repeatable)");
     addObjects("--hide", options.looks.hide, "leave an object out (repeatable)");
 }
 
@@ -219,16 +248,23 @@ void AddPickOptions(CLI::App& command, Options& options) {
             "what lies under a rectangle between two corners")
         ->type_name("x0,y0,x1,y1");
     command
-        .add_option_function<std::vector<std::string>>(
+        .add_option_function<std::vector<std::vector<std::string>>>(
             "--lasso",
-            [&pick](const std::vector<std::string>& texts) {
-                for (const std::string& text : texts)
+            [&pick](const std::vector<std::vector<std::string>>& lassos) {
+                if (lassos.size() > 1)
+                    throw CLI::ArgumentMismatch::AtMost("--lasso", 1, lassos.size());
+                if (lassos.front().size() < 3)
+                    throw CLI::ArgumentMismatch::AtLeast("--lasso", 3, lassos.front().size());
+                for (const std::string& text : lassos.front())
                     pick.lasso.push_back(PixelOf("--lasso", text));
             },
             "what lies inside a polygon of three or more corners")
         ->expected(3, CLI::detail::expected_max_vector_size)
+        // A file behind the corners is told as a wrong corner before it is missed as an input.
+        ->callback_priority(CLI::CallbackPriority::PreRequirementsCheck)
         ->type_name("x,y");
     command.add_option("--picture", pick.picture, "show what was found in a picture")
+        ->check(PngError)
         ->type_name("FILE.png");
     command.add_flag("--json", options.json, "a line of JSON for each question");
     command.callback([&pick] {
@@ -247,10 +283,11 @@ const std::vector<std::string_view>& DisplayModeNames() {
 ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     Options options;
     CLI::App app("Shows parts as pictures and figures.", "vrnview");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
 
     CLI::App* demo = app.add_subcommand("demo", "render the built-in station");
     demo->add_option("-o,--output", options.output, "the picture (default demo.png)")
+        ->check(PngError)
         ->type_name("FILE.png");
     demo->add_option(
             "--tour", options.tourFolder,
@@ -259,12 +296,14 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     demo->add_option("--save", options.saveFolder, "keep the station's files in this folder")
         ->type_name("DIR");
     AddPictureOptions(*demo, options);
+    ExcludeFromTour(*demo);
 
     const std::string inputsText = std::format("files ({})", supportedFiles);
     CLI::App* render = app.add_subcommand("render", "render files");
     render->add_option("inputs", options.inputs, inputsText)->required()->type_name("INPUT");
     render->add_option("-o,--output", options.output, "the picture")
         ->required()
+        ->check(PngError)
         ->type_name("FILE.png");
     AddPictureOptions(*render, options);
 
@@ -300,9 +339,12 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
     AddRunOptions(*run, options);
     AddPictureOptions(*run, options);
 
+    RefuseEmptyTexts(app);
     try {
         // The library takes the arguments from the last to the first.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        // Only now: before, a word that is no command would not be told.
+        if (app.get_subcommands().empty()) throw CLI::RequiredError("A subcommand");
     } catch (const CLI::ParseError& error) {
         std::ostringstream text;
         const bool wanted = app.exit(error, text, text) == 0;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "apps/vrnview/Commands.h"
+#include "apps/vrnview/Failure.h"
 #include "apps/vrnview/Options.h"
 
 int main(int argc, char** argv) {
@@ -22,7 +23,7 @@ int main(int argc, char** argv) {
         }
         return status;
     } catch (const std::exception& error) {
-        std::cerr << "vrnview: " << error.what() << '\n';
+        std::cerr << "vrnview: " << vrn::host::ReasonOf(error) << '\n';
         return 1;
     }
 }

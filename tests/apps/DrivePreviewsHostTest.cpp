@@ -247,17 +247,21 @@ TEST_F(DrivePreviewsHost, WhatCannotBeMeasuredIsToldWithItsLine) {
         errorOf(R"({"do":"measure","what":"diameter","points":[[345,300],[345,300],[400,350]]})"),
         EndsWith(":1: the three points lie on one line\n"));
     EXPECT_THAT(
-        errorOf(R"({"do":"measure","what":"angle","points":[[345,300],[345,300],[400,350]]})"),
-        EndsWith(":1: 0-length vector cannot be normalized.\n"));
-    EXPECT_THAT(
         errorOf(R"({"do":"measure","what":"distance","points":[[370,315],[345,300]],"snap":true})"),
         EndsWith(":1: no edge is near the pixel 370, 315\n"));
     EXPECT_THAT(run(R"({"do":"uv","x":400,"y":310})").err,
                 EndsWith(":1: no face of a solid lies under the pixel 400, 310\n"));
-    EXPECT_THAT(errorOf(R"({"do":"polyline","points":[[1,2,3],[1,2,3]],"arrow":true})"),
-                EndsWith(":1: 0-length vector cannot be normalized.\n"));
+}
+
+TEST_F(DrivePreviewsHost, PlacesThatFallTogetherAreToldByTheirKey) {
+    EXPECT_THAT(
+        errorOf(R"({"do":"measure","what":"angle","points":[[345,300],[345,300],[400,350]]})"),
+        EndsWith(":1: the \"points\" make no angle: two fall together, or all lie in line\n"));
+    EXPECT_THAT(
+        errorOf(R"({"do":"polyline","points":[[1,2,3],[1,2,3]],"arrow":true})"),
+        EndsWith(":1: the first two \"points\" fall together: the \"arrow\" has no direction\n"));
     EXPECT_THAT(errorOf(R"({"do":"preview","what":"joint","from":[1,2,3],"to":[1,2,3]})"),
-                EndsWith(":1: 0-length vector cannot be normalized.\n"));
+                EndsWith(":1: \"from\" and \"to\" fall together: the joint has no axis\n"));
 }
 
 TEST_F(DrivePreviewsHost, TheExampleScriptRuns) {

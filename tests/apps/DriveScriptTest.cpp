@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <format>
 #include <stdexcept>
 #include <string>
 #include <variant>
@@ -305,7 +306,7 @@ TEST(DriveScript, LinesOfPaintAreReadKeyByKey) {
 
 TEST(DriveScript, MistakesInLinesOfPaintAreTold) {
     EXPECT_EQ(Refusal(R"({"do":"gun","name":"g","near":0,"far":0,"height":3})"),
-              "s:1: gun needs \"near\" or \"far\", a diameter above 0");
+              "s:1: gun needs \"near\" or \"far\", a diameter of 0.001 or more");
     for (const char* height : {"0", "-1", "2e9", "\"3\""})
         EXPECT_THAT(Refusal(std::string(R"({"do":"gun","name":"g","near":1,"far":2,"height":)") +
                             height + "}"),
@@ -401,10 +402,10 @@ TEST(DriveScript, MistakesAreToldWithNameAndLine) {
               "select, hide, show, mode, picture, attach, detach, handle, grab, release, "
               "preview, remove, measure, uv, polyline, gun, paint, paint-end, spray, "
               "paint-colour, paint-reset, band, band-preview, band-select, band-range, band-clear");
-    EXPECT_EQ(Refusal(R"({"do":"press","x":1})"), "s:1: press needs \"y\", a number");
-    EXPECT_EQ(Refusal(R"({"do":"press","x":"1","y":2})"), "s:1: press needs \"x\", a number");
-    EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":1e300})"),
-              "s:1: press needs \"y\", a number that is not too large");
+    EXPECT_EQ(Refusal(R"({"do":"press","x":1})"),
+              "s:1: press needs \"y\", a number of at most 1e6");
+    EXPECT_EQ(Refusal(R"({"do":"press","x":"1","y":2})"),
+              "s:1: press needs \"x\", a number of at most 1e6");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":1e999})"), "s:1: the line is not JSON");
     EXPECT_EQ(Refusal(R"({"do":"press","x":1,"y":2,"z":3})"), "s:1: press knows no \"z\"");
     EXPECT_EQ(Refusal(R"({"do":"lasso","points":[[1,2],[3,4]]})"),
@@ -412,7 +413,7 @@ TEST(DriveScript, MistakesAreToldWithNameAndLine) {
     EXPECT_EQ(Refusal(R"({"do":"lasso","points":[[1,2],[3,4],[5]]})"),
               "s:1: lasso needs \"points\", a list of three or more [x, y]");
     EXPECT_EQ(Refusal(R"({"do":"lasso","points":[[1,2],[3,4],[5,"6"]]})"),
-              "s:1: lasso needs \"points\", a number");
+              "s:1: lasso needs \"points\", a number of at most 1e6");
     EXPECT_EQ(Refusal(R"({"do":"hide","objects":"box"})"),
               "s:1: hide needs \"objects\", a list of texts");
     EXPECT_EQ(Refusal(R"({"do":"select","objects":[3]})"),
@@ -422,6 +423,35 @@ TEST(DriveScript, MistakesAreToldWithNameAndLine) {
     for (const char* name : {"", ".", "..", "a/b", "/a", ".hidden", "a\\\\b"})
         EXPECT_THAT(Refusal(std::string(R"({"do":"picture","name":")") + name + "\"}"),
                     testing::EndsWith("is no name for a picture: a file's, without a folder"));
+}
+
+TEST(DriveScript, PixelsFartherThanAMillionAreRefused) {
+    for (const char* verb : {"press", "hover", "click", "grab", "uv", "drag"})
+        for (const char* far : {"1000001", "-1.1e6", "1e300"}) {
+            const std::string line = std::format(R"({{"do":"{}","x":{},"y":0}})", verb, far);
+            EXPECT_EQ(Refusal(line),
+                      std::format("s:1: {} needs \"x\", a number of at most 1e6", verb));
+        }
+    EXPECT_EQ(Refusal(R"({"do":"lasso","points":[[1,2],[3,4],[5,2e6]]})"),
+              "s:1: lasso needs \"points\", a number of at most 1e6");
+    const DriveLine most = Only(R"({"do":"press","x":1e6,"y":-1e6})");
+    EXPECT_EQ(std::get<host::drive::Press>(most.action).y, -1e6f);
+}
+
+TEST(DriveScript, GunsTooSmallOrTooThinToBeDrawnAreRefused) {
+    const auto gun = [](const std::string& lengths) {
+        return Refusal(R"({"do":"gun","name":"g",)" + lengths + "}");
+    };
+    const char* const height =
+        "s:1: gun needs \"height\", a length from 0.001 to 10000 times the larger diameter";
+    EXPECT_EQ(gun(R"("near":1e9,"far":0,"height":1e-9)"), height);
+    EXPECT_EQ(gun(R"("near":0,"far":1,"height":10001)"), height);
+    EXPECT_EQ(gun(R"("near":0.0001,"far":0,"height":1)"),
+              "s:1: gun needs \"near\" or \"far\", a diameter of 0.001 or more");
+    EXPECT_EQ(PaintLine<host::drive::MakeGun>(
+                  R"({"do":"gun","name":"g","near":0,"far":1,"height":10000})")
+                  .heightMm,
+              10000);
 }
 
 TEST(DriveScript, AScriptThatIsNotThereOrAFolderIsTold) {

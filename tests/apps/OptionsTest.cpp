@@ -79,7 +79,8 @@ TEST(Options, RenderNeedsInputAndOutput) {
 
 TEST(Options, CommandIsNeededAndKnown) {
     EXPECT_THAT(Refusal({}), HasSubstr("subcommand is required"));
-    EXPECT_NE(Refusal({"paint"}), "");
+    EXPECT_THAT(Refusal({"paint"}), HasSubstr("not expected: paint"));
+    EXPECT_THAT(Refusal({"demo", "info"}), HasSubstr("not expected: info"));
     EXPECT_NE(Refusal({"demo", "a.stl"}), "");
     EXPECT_NE(Refusal({"info", "a.stl", "--view", "top"}), "");
 }
@@ -203,7 +204,7 @@ TEST(Options, RunTakesOneStationATaskAndFrames) {
     EXPECT_NE(Refusal({"run", "a"}), "");
     EXPECT_NE(Refusal({"run", "-o", "out"}), "");
     EXPECT_NE(Refusal({"run", "a", "b", "-o", "out"}), "");
-    for (const char* frames : {"0", "-1", "x", "1.5", "10001", ""})
+    for (const char* frames : {"0", "-1", "x", "1.5", "10001"})
         EXPECT_THAT(Refusal({"run", "a", "-o", "out", "--frames", frames}),
                     HasSubstr("is not a number from 1 to 10000"))
             << frames;
@@ -221,6 +222,61 @@ TEST(Options, MalformedLooksAreRefusedByName) {
     for (const char* joint : {"j", "j=", "=3", "j=x", "j=inf", "j=1deg"})
         EXPECT_THAT(refusal("--joint", joint), HasSubstr("is not NAME=DEGREES")) << joint;
     EXPECT_NE(Refusal({"render", "a", "-o", "p", "--view", "top", "--camera", "1,2,3,4,5,6"}), "");
+}
+
+TEST(Options, ASecondLassoIsRefusedAsASecondBoxIs) {
+    EXPECT_THAT(Refusal({"pick", "a.stl", "--box", "1,2,3,4", "--box", "1,2,3,4"}),
+                HasSubstr("--box: At most 1 required but received 2"));
+    EXPECT_THAT(
+        Refusal({"pick", "a.stl", "--lasso", "1,2", "3,4", "5,6", "--lasso", "7,8", "9,8", "9,9"}),
+        HasSubstr("--lasso: At most 1 required but received 2"));
+    EXPECT_THAT(Refusal({"pick", "a.stl", "--lasso", "1,2", "3,4"}),
+                HasSubstr("--lasso: At least 3 required but received 2"));
+}
+
+TEST(Options, AFileThatTheCornersTookIsToldAsNoCorner) {
+    EXPECT_THAT(Refusal({"pick", "--lasso", "1,2", "3,4", "5,6", "a.stl", "--json"}),
+                HasSubstr("--lasso: 'a.stl' is not X,Y"));
+    EXPECT_THAT(Parsed({"pick", "--lasso", "1,2", "3,4", "5,6", "a.stl"}).inputs,
+                ElementsAre("a.stl"));
+}
+
+TEST(Options, TheTourIsAskedForWithNothingThatItLeavesOut) {
+    EXPECT_EQ(Parsed({"demo", "--tour", "t", "--size", "64x36"}).tourFolder, "t");
+    const std::vector<std::vector<std::string>> others{
+        {"-o", "a.png"},     {"--save", "s"},    {"--view", "top"},
+        {"--mode", "lines"}, {"--select", "a"},  {"--highlight", "a"},
+        {"--hide", "a"},     {"--joint", "j=1"}, {"--camera", "1,2,3,4,5,6"}};
+    for (const std::vector<std::string>& other : others)
+        EXPECT_THAT(Refusal({"demo", "--tour", "t", other[0], other[1]}), HasSubstr("excludes"))
+            << other[0];
+}
+
+TEST(Options, PicturesEndInPngOrInNothing) {
+    const char* const reason = "'x.jpg' does not end in .png";
+    EXPECT_THAT(Refusal({"render", "a", "-o", "x.jpg"}), HasSubstr(reason));
+    EXPECT_THAT(Refusal({"demo", "-o", "x.jpg"}), HasSubstr(reason));
+    EXPECT_THAT(Refusal({"pick", "a", "--at", "1,2", "--picture", "x.jpg"}), HasSubstr(reason));
+    for (const char* name : {"x.png", "x.PNG", "/dev/stdout", "pipe", "a.b/pipe"})
+        EXPECT_EQ(Parsed({"render", "a", "-o", name}).output, name);
+}
+
+TEST(Options, EmptyTextsAreRefusedByTheirOption) {
+    EXPECT_THAT(Refusal({"render", "a", "-o", ""}), HasSubstr("--output: it is empty"));
+    EXPECT_THAT(Refusal({"info", ""}), HasSubstr("inputs: it is empty"));
+    EXPECT_THAT(Refusal({"info", "a", ""}), HasSubstr("inputs: it is empty"));
+    EXPECT_THAT(Refusal({"demo", "--save", ""}), HasSubstr("--save: it is empty"));
+    EXPECT_THAT(Refusal({"run", "a", "-o", "d", "--task", ""}), HasSubstr("--task: it is empty"));
+    EXPECT_THAT(Refusal({"render", "a", "-o", "p", "--select", ""}),
+                HasSubstr("--select: it is empty"));
+}
+
+TEST(Options, CamerasBeyondTheBoundOfLengthsAreRefused) {
+    for (const char* camera : {"1e300,0,0,0,0,0", "1e30,0,0,0,0,0", "0,0,0,0,-1.1e9,0"})
+        EXPECT_THAT(Refusal({"render", "a", "-o", "p", "--camera", camera}),
+                    HasSubstr("--camera: '"))
+            << camera;
+    EXPECT_TRUE(Parsed({"render", "a", "-o", "p", "--camera", "1e9,0,0,-1e9,0,0"}).looks.camera);
 }
 
 }  // namespace

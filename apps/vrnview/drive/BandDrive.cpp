@@ -47,6 +47,32 @@ double ParamOf(const TopoDS_Edge& edge, double at) {
     return first + along * (last - first);
 }
 
+/// The ribbon leans across its edge everywhere. Throws for a direction that does not, by the number
+/// of the vector.
+void CheckDirections(const task::EdgeMfgShape& shape, const drive::Band& a) {
+    const auto& all = shape.getMfgVectors();
+    const auto leans = [](const geometry::MfgVectors& on, double param) {
+        try {
+            static_cast<void>(on.getVectorAtParam(param).getPose(on.edge));
+            return true;
+        } catch (const std::overflow_error&) {
+            return false;
+        }
+    };
+    for (std::size_t i = 0; i < a.directions.size(); ++i) {
+        const drive::BandPlace& place = a.directions[i].place;
+        const geometry::MfgVectors& on = all.at(place.edge - 1);
+        if (!leans(on, ParamOf(on.edge, place.at)))
+            throw std::runtime_error(std::format(
+                "\"direction\" of vector {} runs along edge {} of the band", i + 1, place.edge));
+    }
+    for (const auto& [index, param] : shape.getPathPointsForRender())
+        if (!leans(all.at(static_cast<std::size_t>(index)), param))
+            throw std::runtime_error(std::format(
+                "between two \"vectors\" the direction vanishes or runs along edge {} of the band",
+                index + 1));
+}
+
 task::EdgeMfgShape ShapeOf(const visual::SolidVisual& solid, const drive::Band& a) {
     std::vector<TopoDS_Edge> edges;
     for (const std::uint32_t number : a.edges) edges.push_back(EdgeOf(solid, number));
@@ -59,6 +85,7 @@ task::EdgeMfgShape ShapeOf(const visual::SolidVisual& solid, const drive::Band& 
     }
     task::EdgeMfgShape shape;
     for (geometry::MfgVectors& vectors : all) shape.addEdge(std::move(vectors));
+    CheckDirections(shape, a);
     return shape;
 }
 

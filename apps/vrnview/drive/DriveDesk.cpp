@@ -48,6 +48,14 @@ visual::SolidVisual* FindSolid(visual::Visual& top) {
 
 }  // namespace
 
+void DriveDesk::waitForDirection(std::string_view reason) {
+    try {
+        wait();
+    } catch (const std::overflow_error&) {
+        throw std::runtime_error(std::string(reason));
+    }
+}
+
 Picked DriveDesk::pick(const Pixel& at) {
     Picked picked;
     ask([&] { picked = PickAt(at.x, at.y); });

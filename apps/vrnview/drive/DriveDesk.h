@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "apps/vrnview/Bounds.h"
@@ -38,6 +39,9 @@ public:
     void wait() {
         ask([] {});
     }
+    /// The same, where the library takes a direction from places of the script: without a length
+    /// between them it throws `reason`, for the library's own text names no key.
+    void waitForDirection(std::string_view reason);
     [[nodiscard]] Picked pick(const Pixel& at);
     /// Throws where nothing lies under the pixel.
     [[nodiscard]] Picked pickSomething(const Pixel& at);

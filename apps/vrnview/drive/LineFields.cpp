@@ -40,14 +40,16 @@ const Json& LineFields::listAt(const char* key, std::string_view wanted) {
 }
 
 float LineFields::floatOf(const Json& value, const char* key) const {
-    if (!value.is_number()) refuse(key, "a number");
+    constexpr std::string_view wanted = "a number of at most 1e6";
+    if (!value.is_number()) refuse(key, wanted);
     const double number = value.get<double>();
-    if (!(std::abs(number) <= std::numeric_limits<float>::max()))
-        refuse(key, "a number that is not too large");
+    if (!(std::abs(number) <= maxPixel)) refuse(key, wanted);
     return static_cast<float>(number);
 }
 
-float LineFields::number(const char* key) { return floatOf(at(key, "a number"), key); }
+float LineFields::number(const char* key) {
+    return floatOf(at(key, "a number of at most 1e6"), key);
+}
 
 std::optional<float> LineFields::numberIfAny(const char* key, float least, float most) {
     if (!has(key)) return std::nullopt;

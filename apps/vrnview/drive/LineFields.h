@@ -16,6 +16,8 @@ namespace vrn::host {
 
 /// A pixel of the picture from its upper left corner.
 using Pixel = rob::Vec2Template<float>;
+/// The farthest that is asked for: what lies so far outside of any picture is as good as farther.
+inline constexpr double maxPixel = 1e6;
 
 /// The keys of one line of a script, each to be asked for once. Every reader throws
 /// std::runtime_error, naming the verb, the key and what is wanted, for a value that is missing or
@@ -27,6 +29,7 @@ public:
 
     [[nodiscard]] bool has(const char* key) const { return object.contains(key); }
 
+    /// Of at most maxPixel.
     [[nodiscard]] float number(const char* key);
     /// Above 0.
     [[nodiscard]] double length(const char* key);

@@ -75,6 +75,7 @@ Json MeasureDrive::on(const drive::MeasureAngle& a) {
     const Vec first = places[1] - places[0], second = places[2] - places[0];
     const double angle = std::atan2(first.cross(second).length(), first.dot(second));
     desk.scene.createAngleVisual(places[0], places[1], places[2], angle);
+    desk.waitForDirection("the \"points\" make no angle: two fall together, or all lie in line");
     Json json;
     json["positions"] = PositionsJson(places);
     json["angle"] = angle / degree;
@@ -124,6 +125,7 @@ Json MeasureDrive::on(const drive::ShowUv& a) {
 
 Json MeasureDrive::on(const drive::Polyline& a) {
     desk.scene.drawPolyline({a.points.begin(), a.points.end()}, 0, a.arrow);
+    desk.waitForDirection("the first two \"points\" fall together: the \"arrow\" has no direction");
     Json json;
     json["points"] = a.points.size();
     return json;

@@ -1,5 +1,6 @@
 #include "apps/vrnview/drive/PaintScript.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace vrn::host {
@@ -12,8 +13,14 @@ PaintAction ReadGun(LineFields& f) {
     // The braces read the keys from left to right.
     drive::MakeGun gun{f.text("name"),     f.lengthOrNone("near"),  f.lengthOrNone("far"),
                        f.length("height"), f.colourIfAny("colour"), f.poseOr("pose", {})};
-    if (!(gun.nearMm + gun.farMm > 0))
-        throw std::runtime_error("gun needs \"near\" or \"far\", a diameter above 0");
+    // What is smaller has no shape; a thinner cone takes minutes and gigabytes to be meshed.
+    constexpr double least = 1e-3, thinnest = 1e4;
+    const double widest = std::max(gun.nearMm, gun.farMm);
+    if (!(widest >= least))
+        throw std::runtime_error("gun needs \"near\" or \"far\", a diameter of 0.001 or more");
+    if (!(gun.heightMm >= least && gun.heightMm <= thinnest * widest))
+        throw std::runtime_error(
+            "gun needs \"height\", a length from 0.001 to 10000 times the larger diameter");
     return gun;
 }
 

@@ -88,6 +88,7 @@ Json PreviewDrive::on(const drive::PreviewJoint& a) {
     desk.scene.createPreviewedJointVisual();
     desk.wait();
     desk.scene.setPreviewedJointVisible(a.from, a.to);
+    desk.waitForDirection("\"from\" and \"to\" fall together: the joint has no axis");
     Json json;
     json["length"] = (a.to - a.from).length();
     return json;
