@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <cmath>
 #include <format>
+#include <regex>
 #include <stdexcept>
+#include <string_view>
+#include <vector>
 
 #include "apps/vrnview/AnimatedPng.h"
 #include "apps/vrnview/PickJson.h"
@@ -33,6 +36,16 @@ const task::Task& TaskNamed(const Content& content, const std::optional<std::str
     throw std::runtime_error(std::format("it has no task '{}', only {}", *name, known));
 }
 
+/// The pictures of an earlier run, which may have been longer.
+void RemovePictures(const std::filesystem::path& folder) {
+    static const std::regex own("frame_[0-9]{4}\\.png|animation\\.png");
+    std::vector<std::filesystem::path> found;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        if (entry.is_regular_file() && std::regex_match(entry.path().filename().string(), own))
+            found.push_back(entry.path());
+    for (const std::filesystem::path& file : found) std::filesystem::remove(file);
+}
+
 /// A robot may come as near as it likes: what was framed is not what the run shows.
 void WidenClipDistances() {
     visual::Camera& camera = *visual::Camera::Get();
@@ -57,6 +70,7 @@ PlannedTask PlanTask(const Content& content, const std::optional<std::string>& n
 
 RunReport RunTask(const PlannedTask& planned, const RunStage& stage) {
     const ProgramPlan& plan = planned.plan;
+    RemovePictures(stage.folder);
     WidenClipDistances();
     RunReport report;
     report.task = planned.task;
@@ -94,12 +108,17 @@ int AnimationDelayMs(double programSeconds, int frames) {
 }
 
 std::string TextOf(const RunReport& report) {
+    const auto many = [](std::size_t count, std::string_view what) {
+        return std::format("{} {}{}", count, what, count == 1 ? "" : "s");
+    };
+    std::string pictures = report.firstPicture.string();
+    if (report.frames > 1) pictures += " to " + report.lastPicture.filename().string();
     return std::format(
-        "{} to {}\n{}\ntask '{}' of '{}': {} frames, {:.1f} seconds, {} moves, {} trace points, "
-        "worst error {:.6f} mm, {:.6f} degrees\n",
-        report.firstPicture.string(), report.lastPicture.filename().string(),
-        report.animation.string(), report.task, report.robot, report.frames, report.seconds,
-        report.moves, report.tracePoints, report.worst.mm, report.worst.degrees);
+        "{}\n{}\ntask '{}' of '{}': {}, {:.1f} seconds, {}, {}, worst error {:.6f} mm, {:.6f} "
+        "degrees\n",
+        pictures, report.animation.string(), report.task, report.robot,
+        many(report.frames, "frame"), report.seconds, many(report.moves, "move"),
+        many(report.tracePoints, "trace point"), report.worst.mm, report.worst.degrees);
 }
 
 std::string JsonOf(const RunReport& report) {

@@ -40,8 +40,9 @@ struct RunReport {
 /// Runs a task: a thread of its own posts where the robot goes and what its tool leaves behind,
 /// while the calling thread runs the tasks and takes the pictures, "frame_0000.png" and so on,
 /// evenly from the start of the program to its end (a single one shows the end), and then an
-/// animation of them, "animation.png". Throws std::runtime_error for what cannot be written; then
-/// the frames so far are there, whole. Thread: render.
+/// animation of them, "animation.png"; what an earlier run left under such names goes first. Throws
+/// std::runtime_error for what cannot be written; then the frames so far are there, whole. Thread:
+/// render.
 RunReport RunTask(const PlannedTask& planned, const RunStage& stage);
 
 /// For people, and for programs as one line. With their line ends. Thread: pure.

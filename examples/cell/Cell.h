@@ -41,7 +41,9 @@ struct BladeTargets {
     std::vector<std::vector<gp_Trsf>> rows;
 };
 
-/// A robot cell: an arm that grinds the blades of a propeller on a tilting rotary table.
+/// A robot cell: an arm that grinds the blades of a propeller on a tilting rotary table. The
+/// finishing is within its reach as the table stands; the rows of `blades` cover all four blades,
+/// and the far ones are not without the table turned.
 /// Millimetres; the world's origin is the middle of the arm's foot.
 struct RobotCell {
     Linkage arm;

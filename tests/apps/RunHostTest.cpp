@@ -149,7 +149,35 @@ TEST_F(RunHost, FolderThatCannotBeMadeIsNamed) {
     const ProcessResult result = vrnview(
         {"run", path("arm.station.json"), "-o", path("file"), "--size", "64x64", "--frames", "1"});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr(path("file")));
+    EXPECT_EQ(result.err, "vrnview: " + path("file") + ": Not a directory\n");
+}
+
+TEST_F(RunHost, PicturesOfALongerRunBeforeGoAndOtherFilesStay) {
+    ASSERT_EQ(run({"--frames", "3"}).status, 0);
+    for (const char* kept : {"frame_1.png", "frame_00001.png", "my_frame_0001.png", "notes.txt"})
+        WriteBytes(path("out") + "/" + kept, "mine");
+    ASSERT_EQ(run({"--frames", "1"}).status, 0);
+    EXPECT_THAT(filesIn("out"),
+                testing::UnorderedElementsAre("frame_0000.png", "animation.png", "frame_1.png",
+                                              "frame_00001.png", "my_frame_0001.png", "notes.txt"));
+}
+
+TEST_F(RunHost, ARunThatFailsOnAPictureLeavesNoAnimation) {
+    ASSERT_EQ(run({"--frames", "2"}).status, 0);
+    std::filesystem::remove(path("out/frame_0001.png"));
+    std::filesystem::create_directory(path("out/frame_0001.png"));
+    const ProcessResult result = run({"--frames", "2"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "vrnview: " + path("out/frame_0001.png") + ": Is a directory\n");
+    EXPECT_THAT(filesIn("out"), testing::UnorderedElementsAre("frame_0000.png", "frame_0001.png"));
+}
+
+TEST_F(RunHost, OneIsToldAsOne) {
+    writeStation(DrawTask(MoveTo("joint", "a")));
+    const ProcessResult result = run({"--frames", "1"});
+    EXPECT_THAT(result.out, testing::StartsWith(path("out/frame_0000.png") + "\n"));
+    EXPECT_THAT(result.out, HasSubstr(": 1 frame, "));
+    EXPECT_THAT(result.out, HasSubstr(" 1 move, "));
 }
 
 TEST_F(RunHost, PathGroupsAreHiddenByName) {
