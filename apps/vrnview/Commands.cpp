@@ -57,8 +57,9 @@ bool NamesAreKnown(const Viewer& viewer, const Options& options) {
     for (const std::string& name : options.looks.hide)
         if (!viewer.switchOf(name)) tell("--hide", name, "an object");
     const auto& view = options.looks.foundView;
-    if (const auto* object = view ? std::get_if<ViewOfObject>(&*view) : nullptr)
-        check("--view focus", {object->name});
+    const auto* object = view ? std::get_if<ViewOfObject>(&*view) : nullptr;
+    if (object != nullptr && !viewer.idOf(object->name))
+        tell("--view", "focus:" + object->name, "an object");
     return known;
 }
 

@@ -35,8 +35,8 @@ struct ViewAlong {
 /// A view that the library finds the camera for.
 using FoundView = std::variant<ViewOfAll, ViewOfObject, ViewAlong>;
 
-/// How the scene is shown. Objects go by the number of their visual, by the id that a station file
-/// gives them, or by their name.
+/// How the scene is shown. Objects go by the id that a station file gives them, by the number of
+/// their visual, by their name, or by their visual's as reports print it.
 struct Looks {
     visual::Scene::DisplayMode mode = visual::Scene::DisplayMode::Shaded;
     std::vector<std::string> hide, select, highlight;

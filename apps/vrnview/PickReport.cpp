@@ -14,11 +14,17 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json VisualJson(const FoundVisual& visual) {
+Json NameJson(const VisualName& visual) {
     Json json;
     json["id"] = visual.id;
     json["type"] = visual.type;
     json["name"] = visual.name;
+    return json;
+}
+
+Json VisualJson(const FoundVisual& visual) {
+    Json json = NameJson(visual);
+    if (visual.owner) json["owner"] = NameJson(*visual.owner);
     return json;
 }
 
@@ -34,8 +40,12 @@ Json OrNull(const std::optional<T>& value) {
     return value ? Json(*value) : Json(nullptr);
 }
 
-std::string VisualText(const FoundVisual& visual) {
+std::string NameText(const VisualName& visual) {
     return std::format("{} \"{}\" id {}", KindOf(visual.type), visual.name, visual.id);
+}
+
+std::string VisualText(const FoundVisual& visual) {
+    return NameText(visual) + (visual.owner ? " of " + NameText(*visual.owner) : "");
 }
 
 template <class T>

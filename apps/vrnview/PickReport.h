@@ -11,10 +11,16 @@
 namespace vrn::host {
 
 /// A visual as reports name it.
-struct FoundVisual {
+struct VisualName {
     std::uint32_t id = 0;
     std::int32_t type = 0;  ///< the number of its VisualType
     std::string name;
+};
+
+struct FoundVisual : VisualName {
+    /// For a visual without a model object of its own: the nearest one above it that stands for
+    /// one.
+    std::optional<VisualName> owner;
 };
 
 /// The place on an edge that a hit snaps to.

@@ -13,6 +13,7 @@
 #include "engine/Scene.h"
 #include "selection/LassoSelector.h"
 #include "selection/SelectableObject.h"
+#include "suite/sdf/SdfManager.h"
 #include "view/Camera.h"
 #include "visual/geometry/PointCloudVisual.h"
 #include "visual/geometry/SolidVisual.h"
@@ -27,8 +28,21 @@ using selection::Result;
 using selection::VisualSelection;
 using visual::Scene;
 
-FoundVisual Found(const visual::Visual& visual) {
+VisualName NameOf(const visual::Visual& visual) {
     return {visual.id, static_cast<std::int32_t>(visual.type), visual.getName()};
+}
+
+bool IsTransient(const visual::Visual& visual) {
+    return visual.id >= sdf::SdfManager::firstTransientId;
+}
+
+FoundVisual Found(const visual::Visual& visual) {
+    FoundVisual found{NameOf(visual), {}};
+    if (!IsTransient(visual)) return found;
+    const visual::Visual* above = visual.getParent();
+    while (above != nullptr && IsTransient(*above)) above = above->getParent();
+    if (above != nullptr) found.owner = NameOf(*above);
+    return found;
 }
 
 bool IsAddressable(const visual::Visual* visual) {
@@ -89,7 +103,10 @@ Result Ask(float x, float y) {
     return point.hit ? point : result;
 }
 
+/// Objects that several visuals stand for, as moves to one target do, are told once.
 void Append(PickedArea& area, const visual::Visual& visual) {
+    const auto& told = area.report.visuals;
+    if (std::ranges::find(told, visual.id, &FoundVisual::id) != told.end()) return;
     area.report.visuals.push_back(Found(visual));
     if (IsAddressable(&visual)) area.ids.push_back(visual.id);
 }

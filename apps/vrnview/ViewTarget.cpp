@@ -15,6 +15,7 @@
 #include "engine/RenderEngine.h"
 #include "selection/VisualSelection.h"
 #include "view/Camera.h"
+#include "view/GlobalFrame.h"
 
 namespace vrn::host {
 
@@ -25,6 +26,13 @@ constexpr unsigned samplesWanted = 8;  // of the target; a driver that has fewer
 /// How many samples a pixel of the picture gets in all. The larger a picture, the less a single
 /// pixel shows and the longer it takes.
 int SamplesPerPixel(double pixelCount) { return pixelCount > 4e6 ? 8 : 24; }
+
+/// Of their usual size, which the corner axes have in a picture.
+float AxesPart(int widthPx, int heightPx) {
+    constexpr float leastWidth = 640, leastHeight = 360;  // where they still leave enough room
+    return std::min({1.0f, static_cast<float>(widthPx) / leastWidth,
+                     static_cast<float>(heightPx) / leastHeight});
+}
 
 int FrameCount(const Ogre::RenderTarget& target) {
     const int samples =
@@ -90,9 +98,13 @@ ViewTarget::ViewTarget(int widthPx, int heightPx) {
         /*loader=*/nullptr, /*hwGammaCorrection=*/false, samplesWanted);
     target = texture->getBuffer()->getRenderTarget();
     visual::Camera::Get()->setRenderTarget(target);
+    visual::GlobalFrame& axes = *visual::Camera::Get()->globalFrame;
+    axesScale = axes.getScale();
+    axes.setScale(axesScale * AxesPart(widthPx, heightPx));
 }
 
 ViewTarget::~ViewTarget() {
+    visual::Camera::Get()->globalFrame->setScale(axesScale);
     visual::Camera::Get()->setRenderTarget(nullptr);
     Ogre::TextureManager::getSingleton().remove(texture);
 }

@@ -13,6 +13,9 @@ namespace vrn::host {
 /// what is measured in pixels (lines, the corner axes, outlines) keeps its width, which a larger
 /// target scaled down would halve.
 ///
+/// In a picture of less than 640 by 360 pixels the corner axes are as much smaller as it is, so
+/// that they do not hide it.
+///
 /// Make it once, after the library's Init; the camera draws into it from then on. Thread: render.
 class ViewTarget {
 public:
@@ -35,6 +38,7 @@ private:
     [[nodiscard]] headless::Picture averageOver(const rob::RotationTemplate<double>& rotation);
 
     Ogre::TexturePtr texture;
+    float axesScale = 1;                   ///< of the corner axes, before
     Ogre::RenderTarget* target = nullptr;  ///< of the texture
 };
 

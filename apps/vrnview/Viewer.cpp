@@ -118,13 +118,14 @@ std::optional<std::uint32_t> Viewer::idOf(const std::string& name) const {
             if (visuals.contains(found->second)) return found->second;
     if (const auto number = CountOf(name); number && *number <= UINT32_MAX)
         if (const auto id = static_cast<std::uint32_t>(*number); visuals.contains(id)) return id;
-    // The oldest object of that name.
-    std::optional<std::uint32_t> oldest;
+    // The oldest of that name: an object's own, then as reports print it.
+    std::optional<std::uint32_t> object, printed;
     for (const auto& [id, visual] : visuals) {
-        const sdf::SdfNode* object = sdf::SdfManager::inst()->find(id);
-        if (object != nullptr && object->name == name && (!oldest || id < *oldest)) oldest = id;
+        const sdf::SdfNode* model = sdf::SdfManager::inst()->find(id);
+        if (model != nullptr && model->name == name) object = std::min(object.value_or(id), id);
+        if (visual->getName() == name) printed = std::min(printed.value_or(id), id);
     }
-    return oldest;
+    return object ? object : printed;
 }
 
 std::optional<std::uint32_t> Viewer::switchOf(const std::string& name) const {
@@ -198,9 +199,13 @@ CameraPlacement Viewer::findCamera(const FoundView& view, const CameraPlacement&
 }
 
 headless::Picture Viewer::takePicture(int widthPx, int heightPx, const Looks& looks) {
-    scaleFurniture(BoundsOf(*visual::Scene::Get()->root));
+    // Before the looks, for the outline of what is selected needs a viewport.
     ViewTarget target(widthPx, heightPx);
-    // Behind the target, for the outline of what is selected needs a viewport.
+    return takePicture(target, looks);
+}
+
+headless::Picture Viewer::takePicture(ViewTarget& target, const Looks& looks) {
+    scaleFurniture(BoundsOf(*visual::Scene::Get()->root));
     apply(looks);
     return target.takePicture(placeCamera(looks, target.getAspect()));
 }

@@ -54,6 +54,9 @@ public:
     /// The scene with these looks, which stay; names of no object are passed over. See ViewTarget
     /// for how it is rendered.
     [[nodiscard]] headless::Picture takePicture(int widthPx, int heightPx, const Looks& looks);
+    /// The same into a target that the caller has made: what is selected before it is there gets
+    /// no outline.
+    [[nodiscard]] headless::Picture takePicture(ViewTarget& target, const Looks& looks);
 
     /// A view of the scene with these looks, as takePicture would show it, for the camera to move
     /// in and for questions to the selection. The viewer must outlive it.

@@ -10,14 +10,17 @@
 #include <TopTools_IndexedMapOfShape.hxx>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <format>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/apps/ArmStation.h"
 #include "tests/apps/TestFiles.h"
 #include "tests/apps/Vrnview.h"
 
@@ -279,6 +282,62 @@ TEST_F(PickHost, BoxAndLassoListWhatLiesUnderThem) {
                            "399,599", "398,599", "398,1", "0,1"})
                           .at(0)),
                 ElementsAre("right"));
+}
+
+TEST_F(PickHost, AnObjectThatSeveralVisualsStandForIsListedOnce) {
+    WriteBytes(path("arm.station.json"),
+               ArmStation(R"("tasks": [)" +
+                              DrawTask(MoveTo("joint", "a") + ", " + MoveTo("linear", "b") + ", " +
+                                       MoveTo("linear", "a")) +
+                              "]",
+                          "", /*withBodies=*/false));
+    const ProcessResult result =
+        vrnview({"pick", path("arm.station.json"), "--box", "0,0,1280,720", "--lasso", "0,0",
+                 "1280,0", "1280,720", "0,720", "--json"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    for (const ordered_json& answer : JsonLines(result.out)) {
+        std::set<std::uint32_t> listed;
+        for (const ordered_json& visual : answer["visuals"])
+            EXPECT_TRUE(listed.insert(visual["id"].get<std::uint32_t>()).second) << visual;
+        EXPECT_GE(listed.size(), 2u);
+    }
+}
+
+TEST_F(PickHost, AVisualWithoutAnObjectIsToldWithItsOwner) {
+    WriteBytes(path("cell.station.json"), R"({"format": "vrn-station", "version": 1, "objects": [
+        {"type": "sensor", "id": "gate", "sideA": [0, 100, 0], "sideB": [100, 0, 0]}]})");
+    const auto answers =
+        ask({"cell.station.json"}, 50, 50, {"--at", "400,300", "--box", "380,280,420,320"});
+    const ordered_json visual = answers.at(0)["visual"];
+    EXPECT_THAT(Keys(visual), ElementsAre("id", "type", "name", "owner"));
+    EXPECT_THAT(Keys(visual["owner"]), ElementsAre("id", "type", "name"));
+    EXPECT_THAT(visual["owner"]["name"].get<std::string>(), StartsWith("gate_"));
+    EXPECT_EQ(visual["owner"]["type"], 28);
+    EXPECT_THAT(answers.at(1)["visuals"].get<std::vector<ordered_json>>(),
+                testing::Contains(visual));
+    EXPECT_THAT(pick({"cell.station.json"}, 50, 50, {"--at", "400,300"}).out,
+                HasSubstr(" of Sensor \"gate_"));
+}
+
+TEST_F(PickHost, NamesAsTheyArePrintedStandForTheirObjects) {
+    writeBrepBox("box.brep", 100);
+    const std::string name = ask({"box.brep"}, 30, 60, {"--at", "400,300"}).at(0)["visual"]["name"];
+    const auto render = [&](const std::vector<std::string>& more) {
+        std::vector<std::string> words{"render", path("box.brep"), "-o", path("p.png")};
+        words.insert(words.end(), more.begin(), more.end());
+        return vrnview(words);
+    };
+    const auto middle = [&](std::vector<std::string> more) {
+        for (const std::string& word : fromAbove(30, 60)) more.push_back(word);
+        const ProcessResult result = render(more);
+        EXPECT_EQ(result.status, 0) << result.err;
+        return Picture::loadPng(path("p.png")).at(400, 300);
+    };
+    EXPECT_GT(Difference(middle({"--highlight", name}), middle({})), 50);
+    EXPECT_GT(Difference(middle({"--select", name}), middle({})), 50);
+    EXPECT_EQ(render({"--view", "focus:" + name}).status, 0);
+    EXPECT_EQ(render({"--view", "focus:nope"}).err,
+              "vrnview: --view focus:nope: no input has an object of that name\n");
 }
 
 TEST_F(PickHost, APictureShowsWhatWasFound) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
@@ -29,6 +30,19 @@ TEST_F(Tour, ThePageShowsEveryStopInItsOrder) {
     std::set<std::string> names;
     for (const host::TourStop& stop : host::TourStops())
         EXPECT_TRUE(names.insert(stop.name).second) << stop.name;
+}
+
+TEST_F(Tour, WhatIsSelectedHasTheOutlineThatTheCaptionTellsOf) {
+    constexpr headless::Rgba outline{138, 212, 244, 255};
+    const auto outlinePixels = [&](const char* stop) {
+        const Picture picture = Picture::loadPng(docs / imageFolder / stop);
+        return std::ranges::count_if(picture.getPixels(), [&](const headless::Rgba& pixel) {
+            return Difference(pixel, outline) <= 12;
+        });
+    };
+    EXPECT_LT(outlinePixels("shaded.png"), 20);
+    EXPECT_GT(outlinePixels("selected.png"), 400);
+    EXPECT_GT(outlinePixels("sensors.png"), 200);
 }
 
 TEST_F(Tour, EveryPictureIsTheOneThatWasLookedAtAndThePageLiesBeside) {

@@ -9,6 +9,7 @@
 #include "apps/vrnview/ProgramPlayer.h"
 #include "apps/vrnview/readers/OcctGuard.h"
 #include "apps/vrnview/TempFolder.h"
+#include "apps/vrnview/ViewTarget.h"
 #include "engine/Scene.h"
 #include "examples/cell/Cell.h"
 #include "examples/cell/CellWriter.h"
@@ -73,9 +74,10 @@ headless::Picture TourStage::take(const TourStop& stop, int widthPx, int heightP
     looks = Looks{};
     looks.mode = stop.mode;
     looks.camera = stop.camera;
+    ViewTarget target(widthPx, heightPx);
     stop.show(*this);
     settle();
-    headless::Picture picture = viewer.takePicture(widthPx, heightPx, looks);
+    headless::Picture picture = viewer.takePicture(target, looks);
     for (const std::string& object : looks.hide)
         Scene::Get()->setVisualVisible(find(object)->id, true);
     for (const auto& undo : std::views::reverse(undos)) undo();
@@ -96,7 +98,7 @@ std::string TourPage(const std::string& imageFolder) {
     std::string page =
         "# A tour of the viewport\n\n"
         "One picture for each thing that the library shows, on the built-in station. "
-        "`./vrn demo --tour DIR` makes them anew.\n";
+        "`./vrn demo --tour DIR --size 640x360` makes them anew.\n";
     for (const TourStop& stop : TourStops())
         page += std::format("\n## {}\n\n{}\n\n![{}]({}/{}.png)\n", stop.title, stop.text,
                             stop.title, imageFolder, stop.name);

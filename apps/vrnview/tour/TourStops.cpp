@@ -57,6 +57,8 @@ const CameraSpot atPropeller{{3000, -900, 1450}, {2190, 0, 800}};
 const CameraSpot atBlade{{2620, -760, 1120}, {2260, -160, 820}};
 const CameraSpot atTable{{2050, -1900, 1050}, {1420, -1000, 520}};
 const CameraSpot atTableTop{{1640, -1420, 720}, {1420, -1010, 440}};
+/// On the part of the table that its post hides nothing of.
+const CameraSpot atTableFront{{1570, -1400, 700}, {1420, -1085, 430}};
 const CameraSpot atRing{{1100, -2000, 420}, {700, -1500, 60}};
 
 // ---- what several stops need
@@ -111,8 +113,9 @@ void HighlightController(TourStage& stage) {
 
 void SelectFaces(TourStage& stage) {
     const SolidVisual* blade = SolidOf(stage, "propeller");
-    TheScene().selectBaseFace(blade->id, LargestFace(*blade));
-    TheScene().selectSideFace(blade->id, LargestFace(*blade) > 1 ? 1 : 2);
+    constexpr int nearestBlade = 9, hubSide = 2;
+    TheScene().selectBaseFace(blade->id, nearestBlade);
+    TheScene().selectSideFace(blade->id, hubSide);
     stage.afterwards([] { TheScene().clearSelections(); });
 }
 
@@ -240,7 +243,7 @@ void ShowHandle(TourStage& stage) { AttachHandle(stage, 7); }
 void TurnHandle(TourStage& stage) {
     AttachHandle(stage, 7);
     TourStage::settle();
-    DragHandle::Get()->setMode(DragHandle::HandleType::Yaw);
+    DragHandle::Get()->setMode(DragHandle::HandleType::Roll);
 }
 
 /// Three edges on the table, a line, an arc, a line, with the tool leaning over along the way.
@@ -365,7 +368,7 @@ void PreviewCurvesWithArrows(TourStage& stage) {
     for (int row = 0; row < 5; ++row) {
         auto& points = list->sequences.emplace_back();
         for (int i = 0; i <= 40; ++i)
-            points.push_back({i * 6.0 - 120, row * 40.0 - 80, 450 + 22 * std::sin(0.25 * i + row)});
+            points.push_back({i * 6.0 - 120, row * 40.0 - 80, 510 + 22 * std::sin(0.25 * i + row)});
     }
     TheScene().addPreviewCurvesWithDirection(stage.find("stand")->id, list.get(), {0, 0, 1}, 20);
     stage.afterwards([list] { TheScene().removePreviewCurves(); });
@@ -404,8 +407,8 @@ void PreviewFrames(TourStage& stage) {
     ClearTable(stage);
     TheScene().createPreviewedFrameVisual(1, true);
     TheScene().createPreviewedFrameVisual(2, false);
-    TheScene().setPreviewedFrameVisible(1, {{1330, -1000, 430}, {}});
-    TheScene().setPreviewedFrameVisible(2, {{1500, -1000, 430}, {}});
+    TheScene().setPreviewedFrameVisible(1, {{1330, -1120, 430}, {}});
+    TheScene().setPreviewedFrameVisible(2, {{1480, -1120, 430}, {}});
     stage.afterwards([] {
         TheScene().removePreviewedFrameVisual(1);
         TheScene().removePreviewedFrameVisual(2);
@@ -415,10 +418,10 @@ void PreviewFrames(TourStage& stage) {
 void PickThreePoints(TourStage& stage) {
     ClearTable(stage);
     visual::PreviewVisualsHelper* helper = visual::PreviewVisualsHelper::Get();
-    helper->doAddSelectFramePoint1({1320, -1080, 424});
-    helper->doAddSelectFramePoint2({1520, -1070, 424});
-    helper->doAddSelectFramePoint3({1360, -930, 424});
-    helper->doAddPreviewUserFrame({{1320, -1080, 424}, {}});
+    helper->doAddSelectFramePoint1({1330, -1130, 424});
+    helper->doAddSelectFramePoint2({1530, -1130, 424});
+    helper->doAddSelectFramePoint3({1360, -1050, 424});
+    helper->doAddPreviewUserFrame({{1330, -1130, 424}, {}});
     helper->doSetPrimaryLineSelected(true);
     stage.afterwards([helper] {
         helper->doSetPrimaryLineSelected(false);
@@ -446,11 +449,11 @@ const Visual* FindIndicator() {
 void Measure(TourStage& stage) {
     ClearTable(stage);
     constexpr double z = 424;
-    TheScene().createDistanceVisual({1280, -1120, z}, {1560, -1120, z});
-    TheScene().createAngleVisual({1290, -1060, z}, {1290, -900, z}, {1400, -1000, z},
-                                 std::acos((60.0 * 160) / (160 * std::hypot(110, 60))));
+    TheScene().createDistanceVisual({1310, -1150, z}, {1560, -1150, z});
+    TheScene().createAngleVisual({1320, -1115, z}, {1320, -1045, z}, {1410, -1075, z},
+                                 std::atan2(90, 40));
     TheScene().createDiameterVisual(
-        rob::TPCircle({1580, -1060, z}, {1515, -1022, z}, {1515, -1098, z}));
+        rob::TPCircle({1550, -1090, z}, {1490, -1055, z}, {1490, -1125, z}));
     stage.afterwards([] { TheScene().removeDimensionVisual(); });
 }
 
@@ -470,7 +473,7 @@ void DrawLines(TourStage& stage) {
     ClearTable(stage);
     std::vector<std::vector<Pos>> lines;
     for (int i = 0; i < 4; ++i) {
-        const float y = -1090 + 60 * static_cast<float>(i);
+        const float y = -1155 + 28 * static_cast<float>(i);
         lines.push_back({{1290, y, 424}, {1360, y + 25, 460}, {1460, y - 10, 440}, {1550, y, 424}});
     }
     TheScene().drawPolylines(lines, 0, /*withArrow=*/true);
@@ -519,8 +522,8 @@ const std::vector<TourStop>& TourStops() {
          Mode::Shaded, ShowReach},
         {"drag_handle", "The drag handle", "Arrows and rings of one size on the screen.",
          atPropeller, Mode::Shaded, ShowHandle},
-        {"turning", "Turning", "One ring engaged, with the band of its plane.", atPropeller,
-         Mode::Shaded, TurnHandle},
+        {"turning", "Turning", "One ring engaged, and the faint band that completes its circle.",
+         atPropeller, Mode::Shaded, TurnHandle},
         {"vector_handle", "The vector handle",
          "The tool's direction with the rings that tilt and twist it, and the angles turned.",
          atTableTop, Mode::Shaded, EditVector},
@@ -545,18 +548,18 @@ const std::vector<TourStop>& TourStops() {
          atTableTop, Mode::Shaded, PreviewPointsAndTargets},
         {"preview_joint", "A previewed joint", "The axis of a joint being defined.", atPropeller,
          Mode::Shaded, PreviewJoint},
-        {"preview_frames", "Previewed frames", "A plain frame and a dashed one.", atTableTop,
+        {"preview_frames", "Previewed frames", "A plain frame and a dashed one.", atTableFront,
          Mode::Shaded, PreviewFrames},
-        {"three_points", "Three points", "The points that fix a frame, being picked.", atTableTop,
+        {"three_points", "Three points", "The points that fix a frame, being picked.", atTableFront,
          Mode::Shaded, PickThreePoints},
         {"copy", "A copy", "Where an object would come to stand.", overview, Mode::Shaded,
          ShowCopy},
-        {"measures", "Measures", "A distance, an angle and a diameter.", atTableTop, Mode::Shaded,
+        {"measures", "Measures", "A distance, an angle and a diameter.", atTableFront, Mode::Shaded,
          Measure},
         {"directions", "Directions of a face", "U and V of a surface.", atTableTop, Mode::Shaded,
          ShowDirections},
         {"polylines", "Free lines", "Lines that a host draws, with arrows at their starts.",
-         atTableTop, Mode::Shaded, DrawLines},
+         atTableFront, Mode::Shaded, DrawLines},
     };
     return stops;
 }
