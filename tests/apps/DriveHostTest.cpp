@@ -167,8 +167,8 @@ TEST_F(DriveHost, AMistakeInTheScriptIsOneLineAndNothingIsDone) {
 )");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err,
-              "vrnview: " + path("script.jsonl") + ":2: wheel needs \"delta\", a number of at most 1e6\n");
+    EXPECT_EQ(result.err, "vrnview: " + path("script.jsonl") +
+                              ":2: wheel needs \"delta\", a number of at most 1e6\n");
     EXPECT_FALSE(std::filesystem::exists(path("out")));
 }
 
