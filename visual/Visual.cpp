@@ -18,6 +18,7 @@
 #include "suite/sdf/SdfManager.h"
 #include "suite/sdf/SdfNode.h"
 #include "visual/FinitePose.h"
+#include "visual/ModelNode.h"
 
 namespace vrn::visual {
 
@@ -46,6 +47,10 @@ Ogre::Quaternion ToOgre(const Rotation& r) {
 Ogre::SceneNode* NodeOf(const Visual* parent) {
     if (!parent) throw std::invalid_argument("a visual needs a parent, got null");
     return parent->node;
+}
+
+std::string NodeName(const sdf::SdfNode& modelNode) {
+    return std::format("{}_{}", modelNode.name, modelNode.id);
 }
 
 bool IsOrHangsUnder(const Ogre::Node* node, const Ogre::Node* above) {
@@ -127,7 +132,7 @@ Visual::Visual(const std::string& name, Visual* parent) : id(TransientId()) {
 
 // Delegates, so that a pose that is refused takes the node out of the tree again.
 Visual::Visual(sdf::SdfNode* modelNode, Visual* parent)
-    : Visual(modelNode->id, std::format("{}_{}", modelNode->name, modelNode->id), parent) {
+    : Visual(RequireModelNode(modelNode).id, NodeName(RequireModelNode(modelNode)), parent) {
     if (modelNode->element->get("pose")) setPose(Pose(modelNode->getPose()));
 }
 

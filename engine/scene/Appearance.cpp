@@ -12,8 +12,8 @@
 #include "suite/task/Operation.h"
 #include "suite/task/Task.h"
 #include "visual/geometry/FacetVisual.h"
+#include "visual/geometry/MarkVisual.h"
 #include "visual/geometry/PointCloudVisual.h"
-#include "visual/handle/GuiVisual.h"
 #include "visual/VisualIterator.h"
 
 namespace vrn::visual {
@@ -24,15 +24,15 @@ bool HasPicture(const Visual* visual) { return visual->node->numAttachedObjects(
 
 void CollectBodiesBelow(const Visual* visual, std::vector<NotedVisual>& bodies) {
     for (Visual* child : visual->getChildren()) {
-        if (dynamic_cast<const GuiVisual*>(child)) continue;
         const bool isBody = child->type == VisualType::Solid || child->type == VisualType::Mesh;
-        if (isBody && HasPicture(child)) bodies.emplace_back(child);
+        const bool isMark = dynamic_cast<const MarkVisual*>(child) != nullptr;
+        if (isBody && !isMark && HasPicture(child)) bodies.emplace_back(child);
         CollectBodiesBelow(child, bodies);
     }
 }
 
 // The bodies that a collision with `visual` marks: a solid itself, solids and meshes below it, but
-// no handle that hangs there.
+// no mark that hangs there.
 void CollectBodies(Visual* visual, std::vector<NotedVisual>& bodies) {
     if (visual->type == VisualType::Solid && HasPicture(visual)) bodies.emplace_back(visual);
     CollectBodiesBelow(visual, bodies);

@@ -97,12 +97,13 @@ void Scene::setVisualVisible(std::uint32_t id, bool show) {
 void Scene::doSetVisualVisible(std::uint32_t id, bool show) {
     const auto found = visuals.find(id);
     if (found == visuals.end()) return;
-    Visual* visual = found->second;
-    visual->setVisible(show, /*cascade=*/true);
-    if (std::find(compoundTypes.begin(), compoundTypes.end(), visual->type) != compoundTypes.end())
-        SetSubtreeEnabled(visual, show);
-    else
-        selection::VisualSelection::Get()->setObjectEnabled(visual, show);
+    ForEachSharing(found->second, [show](Visual* visual) {
+        visual->setVisible(show, /*cascade=*/true);
+        if (std::ranges::find(compoundTypes, visual->type) != compoundTypes.end())
+            SetSubtreeEnabled(visual, show);
+        else
+            selection::VisualSelection::Get()->setObjectEnabled(visual, show);
+    });
 }
 
 void Scene::doSetTypeVisible(VisualType type, bool show, bool cascade) {

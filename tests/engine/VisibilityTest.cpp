@@ -261,6 +261,20 @@ TEST_F(Visibility, TheSwitchOfTargetsReachesEachMoveThatSharesOne) {
     }
 }
 
+TEST_F(Visibility, ATargetHiddenByItsIdIsHiddenAndNotPickedForEachMoveThatSharesIt) {
+    const std::uint32_t id = model.make<task::RobTargetDataItem>("shared")->id;
+    std::vector<Visual*> triads;
+    for (int i = 0; i < 3; ++i) triads.push_back(visual::RobtargetVisual::Build(scene().root, id));
+    for (const bool show : {false, true}) {
+        scene().setVisualVisible(id, show);
+        pump();
+        for (Visual* triad : triads) {
+            EXPECT_EQ(triad->visible, show);
+            EXPECT_EQ(selection::VisualSelection::Get()->getObject(triad)->enabled, show);
+        }
+    }
+}
+
 TEST_F(Visibility, OnlyTheSwitchOfWorkObjectsGoesDownIntoTheChildren) {
     Visual* wobj = addOfType(VisualType::WObj, scene().root);
     wobj->walkStop = true;

@@ -506,6 +506,9 @@ TEST_F(MeshVisuals, AnArrowIsNoBodyOfWhatItHangsOn) {
     EXPECT_EQ(edge->getFacesNum(), 0u);
     EXPECT_EQ(edge->getTrianglesNum(), 0u);
     EXPECT_EQ(edge->getVerticesNum(), 0u);
+    scene().setCollision(edge->id, true);
+    pump();
+    EXPECT_EQ(arrow->getEntity()->getSubEntity(0)->getMaterialName(), "Axis");
     scene().setVisualColor(edge->id, {0, 0, 1}, 1.0f);
     pump();
     EXPECT_EQ(ColourOf(arrow), Rgb(0xFF, 0xA7, 0x25));

@@ -516,11 +516,12 @@ TEST_F(CollisionBodies, TheBodiesAreThoseOfTheMomentOfTheCall) {
 
 TEST_F(CollisionBodies, ABodyThatMovedToAnotherParentMeanwhileIsMarked) {
     Visual* link = add(scene().root, VisualType::Link, /*withPicture=*/false);
-    auto* arrow = MeshVisual::BuildArrow(link, {}, {0, 0, 1});  // stands in no registry
-    scene().attachVisual(part->id, arrow);
+    auto* loose = new MeshVisual("loose", link);  // stands in no registry
+    loose->attachMesh("mfg_arrow");
+    scene().attachVisual(part->id, loose);
     scene().setCollision(link->id, true);
     pump();
-    EXPECT_TRUE(has(arrow, Contact));
+    EXPECT_TRUE(has(loose, Contact));
 }
 
 TEST_F(SceneAppearance, NearMissesOfSeveralAreMarkedInOnePost) {

@@ -158,6 +158,10 @@ TEST_F(VisualConstruction, ASharedNameIsAnsweredByAllThatCarryIt) {
     EXPECT_EQ(second->getParent(), root());
 }
 
+TEST_F(VisualConstruction, ANullModelObjectIsRefused) {
+    EXPECT_THROW(Visual(static_cast<sdf::SdfNode*>(nullptr), root()), std::invalid_argument);
+}
+
 TEST_F(VisualConstruction, ANullParentIsRefusedByEveryForm) {
     layout::Part* part = makeBoxPart("bracket");
     Visual* none = nullptr;
