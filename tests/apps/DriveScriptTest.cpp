@@ -115,9 +115,9 @@ TEST(DriveScript, MistakesInLinesOfTheHandleAreTold) {
                   "s:1: attach needs \"size\", a number from 0.5 to 10");
     EXPECT_EQ(Refusal(R"({"do":"handle","state":"gone"})"),
               "s:1: handle needs \"state\", one of show, hide, reset");
-    EXPECT_EQ(Refusal(R"({"do":"drag","x":1})"), "s:1: drag needs \"y\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"drag","x":1})"), "s:1: drag needs \"y\", a number of at most 1e6");
     EXPECT_EQ(Refusal(R"({"do":"drag","x":1,"y":2,"dx":3})"), "s:1: drag knows no \"dx\"");
-    EXPECT_EQ(Refusal(R"({"do":"grab","x":1})"), "s:1: grab needs \"y\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"grab","x":1})"), "s:1: grab needs \"y\", a number of at most 1e6");
     EXPECT_EQ(Refusal(R"({"do":"release","x":1})"), "s:1: release knows no \"x\"");
 }
 
@@ -265,7 +265,7 @@ TEST(DriveScript, MistakesInMeasuresAreTold) {
               "s:1: measure needs \"edge\", a whole number from 1");
     EXPECT_EQ(Refusal(R"({"do":"measure","what":"distance","points":[[1,2],[3,4]],"snap":"yes"})"),
               "s:1: measure needs \"snap\", true or false");
-    EXPECT_EQ(Refusal(R"({"do":"uv","x":1})"), "s:1: uv needs \"y\", a number");
+    EXPECT_EQ(Refusal(R"({"do":"uv","x":1})"), "s:1: uv needs \"y\", a number of at most 1e6");
     EXPECT_EQ(Refusal(R"({"do":"polyline","points":[[1,2,3]]})"),
               "s:1: polyline needs \"points\", a list of 2 or more [x, y, z] of at most 1e9");
 }

@@ -36,7 +36,7 @@ TEST_P(Samples, AreShownWithAllThatTheyHold) {
     const auto covered = std::ranges::count_if(picture.getPixels(), [](const Rgba& pixel) {
         return Difference(pixel, {115, 115, 115, 255}) > 20;
     });
-    EXPECT_GT(covered, 160 * 120 / 8);
+    EXPECT_GT(covered, 160 * 120 / 10);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <map>
 #include <string>
 #include <unordered_set>
@@ -82,6 +84,17 @@ protected:
         }
     }
 
+    /// The least that was in use after one of ten rebuilds: drivers and the free lists of the
+    /// allocator let it swing from one to the next by more than a leak would add.
+    std::size_t leastHeapInUse() {
+        std::size_t least = std::numeric_limits<std::size_t>::max();
+        for (int i = 0; i < 10; ++i) {
+            rebuild(1);
+            least = std::min(least, HeapInUse());
+        }
+        return least;
+    }
+
     host::TempFolder files;
     host::Content content;
     host::Counts shown;
@@ -109,12 +122,13 @@ TEST_F(CellRebuild, TwoHundredTimesLeavesCountsAndMemoryAsTheyWere) {
     rebuild(warmUp);
     const auto populationBefore = Population();
     const host::Counts shownBefore = shown;
-    const std::size_t heapBefore = HeapInUse();
+    const std::size_t heapBefore = leastHeapInUse();
     rebuild(rebuilds);
     EXPECT_EQ(Population(), populationBefore);
     EXPECT_EQ(shown, shownBefore);
-    EXPECT_LE(HeapInUse(), heapBefore + memoryMargin);
-    RecordProperty("grownBytes", static_cast<int>(HeapInUse() - heapBefore));
+    const std::size_t heapAfter = leastHeapInUse();
+    EXPECT_LE(heapAfter, heapBefore + memoryMargin);
+    RecordProperty("grownBytes", static_cast<int>(heapAfter - heapBefore));
 }
 
 }  // namespace
