@@ -29,10 +29,10 @@ using visual::Visual;
 constexpr int rebuilds = 200;
 /// The first ones fill caches, pools and the free lists of the allocator.
 constexpr int warmUp = 20;
-/// What the heap may have grown by from the end of the warm-up to the last rebuild: 491 bytes each,
+/// What the heap may have grown by from the end of the warm-up to the last rebuild: 245 bytes each,
 /// room for one table of the engine that happens to grow in between. A visual, a node or a mesh
 /// that stayed behind would take more.
-constexpr std::size_t memoryMargin = 96 * 1024;
+constexpr std::size_t memoryMargin = 48 * 1024;
 
 /// Nothing under the address sanitizer, which finds by itself what is left behind.
 std::size_t HeapInUse() {
