@@ -161,7 +161,11 @@ protected:
             --running;
         });
         Script script(seed + 2000, supplies);
-        while (running > 0) render(script);
+        while (running > 0) {
+            render(script);
+            // Locked again at once it would never be free for who waits for it.
+            while (waitingCallers > 0) std::this_thread::yield();
+        }
         poster.join();
         interactive.join();
         render(script);
@@ -178,7 +182,11 @@ protected:
                 // What reads the scene on the caller is for a host to keep apart from its render
                 // thread.
                 std::unique_lock lock(sceneMutex, std::defer_lock);
-                if (operation.thread == Operation::Thread::Caller) lock.lock();
+                if (operation.thread == Operation::Thread::Caller) {
+                    ++waitingCallers;
+                    lock.lock();
+                    --waitingCallers;
+                }
                 note(operation, UnstatedFailure([&] { operation.run(script, scene()); }));
             }
             // A task that throws takes the rest of its batch along, so batches are kept short.
@@ -233,7 +241,8 @@ protected:
     host::Content content;
     Supplies supplies;
     std::unordered_set<const visual::Visual*> furniture;
-    std::atomic<int> batches = 0;  ///< that were run
+    std::atomic<int> batches = 0;         ///< that were run
+    std::atomic<int> waitingCallers = 0;  ///< for the scene
     std::mutex sceneMutex, noteMutex;
     std::map<std::string, int> counts;
     std::string recent;  ///< the operations since the last batch
