@@ -37,8 +37,8 @@ std::unique_lock<std::mutex> LockBriefly(std::mutex& mutex) {
 Scene* Scene::Instance = nullptr;
 
 void Scene::addRenderTask(std::function<void()>&& fn, unsigned long key) {
-    std::vector<RenderTask>
-        dropped;  // goes after the lock: what a task holds may post when it dies
+    // Goes after the lock: what a task holds may post when it dies.
+    std::vector<RenderTask> dropped;
     const std::unique_lock lock = LockBriefly(taskMutex);
     if (key != 0) {
         const auto rest = std::ranges::stable_partition(

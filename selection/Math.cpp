@@ -200,7 +200,7 @@ Result Math::Intersect(const Line& line, const Triangle& triangle) {
         return result;
     }
     const float height = distanceOfPointToSurface(line.start, triangle.p0, e1.cross(e2));
-    if (!(std::abs(height) <= tolerance)) return {};  // nor for a NaN
+    if (!(std::abs(height) <= tolerance)) return {};  // nor is a NaN near
     Result result = lineToTriangle2D(line, triangle);
     if (result.hit)
         result.position = result.localPosition =
